@@ -1,0 +1,46 @@
+#include "base/aligned_block.h"
+
+#include <new>
+#include <utility>
+
+namespace orv {
+
+namespace {
+
+constexpr std::size_t kLargeBlock = std::size_t{4} << 20;
+constexpr std::size_t kHugePage = std::size_t{2} << 20;
+
+}  // namespace
+
+AlignedBlock::AlignedBlock(std::size_t bytes, std::size_t alignment)
+    : bytes_(bytes),
+      alignment_(bytes >= kLargeBlock && alignment < kHugePage ? kHugePage : alignment) {
+    data_ = ::operator new (bytes, std::align_val_t{alignment_});
+}
+
+AlignedBlock::~AlignedBlock() {
+    release();
+}
+
+AlignedBlock::AlignedBlock(AlignedBlock&& other) noexcept
+    : data_(std::exchange(other.data_, nullptr)),
+      bytes_(std::exchange(other.bytes_, 0)),
+      alignment_(other.alignment_) {}
+
+AlignedBlock& AlignedBlock::operator=(AlignedBlock&& other) noexcept {
+    if (this != &other) {
+        release();
+        data_ = std::exchange(other.data_, nullptr);
+        bytes_ = std::exchange(other.bytes_, 0);
+        alignment_ = other.alignment_;
+    }
+    return *this;
+}
+
+void AlignedBlock::release() noexcept {
+    if (data_ != nullptr) {
+        ::operator delete (data_, std::align_val_t{alignment_});
+    }
+}
+
+}  // namespace orv

@@ -1,0 +1,48 @@
+#pragma once
+
+namespace orv {
+
+/// Receives the share of the work that is done and may ask to stop; the plane face installs
+/// one.
+class WorkObserver {
+  public:
+    virtual ~WorkObserver();
+    /// `done` runs from 0 to 1 and never falls. Returns false to ask the engine to stop.
+    virtual bool onWork(double done) = 0;
+};
+
+/// Installs `observer` for the length of a scope; the C face runs without one.
+///
+/// The host's callback cannot serve here: its values jump and overshoot by design and only one
+/// scheme sends them. This second, exact account is kept beside it.
+class WorkObserverScope {
+  public:
+    explicit WorkObserverScope(WorkObserver* observer);
+    ~WorkObserverScope();
+    WorkObserverScope(const WorkObserverScope&) = delete;
+    WorkObserverScope& operator=(const WorkObserverScope&) = delete;
+};
+
+/// Narrows the account to part `index` of `count` equal parts of the current one while it
+/// lives.
+class WorkSlice {
+  public:
+    WorkSlice(int index, int count);
+    ~WorkSlice();
+    WorkSlice(const WorkSlice&) = delete;
+    WorkSlice& operator=(const WorkSlice&) = delete;
+
+  private:
+    double low_;
+    double high_;
+};
+
+/// Reports that `done` of `total` units of the current slice are finished. Returns false once
+/// the observer has asked to stop; loops then end early and their result is dropped by the
+/// client.
+bool reportWork(int done, int total);
+
+/// Whether the observer has asked to stop.
+bool workCancelled();
+
+}  // namespace orv
