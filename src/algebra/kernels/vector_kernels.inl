@@ -1,0 +1,195 @@
+// Bodies of vector_kernels.h. Plain loops, compiled once per kernel target.
+
+namespace orv::ORV_KERNEL_NAMESPACE {
+
+namespace {
+
+constexpr int kLanes = 8;
+
+double joinLanes(const double* lanes) {
+    return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) +
+           ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7]));
+}
+
+// The sum of term(i) in the declared order. The lane loop has a fixed length, so that compilers
+// keep the lanes in vector registers.
+template <class Term>
+inline double sumInLanes(int n, Term term) {
+    double lanes[kLanes] = {};
+    int i = 0;
+    for (; i + kLanes <= n; i += kLanes) {
+        for (int lane = 0; lane < kLanes; ++lane) {
+            lanes[lane] += term(i + lane);
+        }
+    }
+    for (int lane = 0; i + lane < n; ++lane) {
+        lanes[lane] += term(i + lane);
+    }
+    return joinLanes(lanes);
+}
+
+double sumOfSquares(const float* x, int n) {
+    return sumInLanes(n, [x](int i) { return double{x[i]} * double{x[i]}; });
+}
+
+double dot(const float* x, const float* y, int n) {
+    return sumInLanes(n, [x, y](int i) { return double{x[i]} * double{y[i]}; });
+}
+
+double sum(const float* x, int n) {
+    return sumInLanes(n, [x](int i) { return double{x[i]}; });
+}
+
+void addScalar(float* v, float a, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = v[i] + a;
+    }
+}
+
+void multiplyScalar(float* v, float a, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = v[i] * a;
+    }
+}
+
+void divideScalar(float* v, float a, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = v[i] / a;
+    }
+}
+
+void setScaled(float* v, float a, const float* x, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = a * x[i];
+    }
+}
+
+void setDifference(float* v, const float* x, const float* y, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = x[i] - y[i];
+    }
+}
+
+void add(float* v, const float* x, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = v[i] + x[i];
+    }
+}
+
+void addScaled(float* v, float a, const float* x, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = v[i] + a * x[i];
+    }
+}
+
+void addScaled2(float* v, float a, const float* x, float b, const float* y, int n) {
+    const double da = a;
+    const double db = b;
+    for (int i = 0; i < n; ++i) {
+        v[i] = static_cast<float>((double{v[i]} + da * double{x[i]}) + db * double{y[i]});
+    }
+}
+
+void addScaled3(float* v, float a, const float* x, float b, const float* y, float c,
+                const float* z, int n) {
+    const double da = a;
+    const double db = b;
+    const double dc = c;
+    for (int i = 0; i < n; ++i) {
+        v[i] = static_cast<float>(((double{v[i]} + da * double{x[i]}) + db * double{y[i]}) +
+                                  dc * double{z[i]});
+    }
+}
+
+void scaleAdd(float* v, float a, const float* x, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = a * v[i] + x[i];
+    }
+}
+
+void scaleAddScaled(float* v, float a, float b, const float* x, int n) {
+    const double da = a;
+    const double db = b;
+    for (int i = 0; i < n; ++i) {
+        v[i] = static_cast<float>(da * double{v[i]} + db * double{x[i]});
+    }
+}
+
+void scaleAddScaled2(float* v, float a, float b, const float* x, float c, const float* y,
+                     int n) {
+    const double da = a;
+    const double db = b;
+    const double dc = c;
+    for (int i = 0; i < n; ++i) {
+        v[i] = static_cast<float>((da * double{v[i]} + db * double{x[i]}) + dc * double{y[i]});
+    }
+}
+
+void addProduct(float* y, const float* v, const float* x, int n) {
+    for (int i = 0; i < n; ++i) {
+        y[i] = y[i] + v[i] * x[i];
+    }
+}
+
+void accumulateProduct(double* sums, const float* v, const float* x, int n) {
+    for (int i = 0; i < n; ++i) {
+        sums[i] = sums[i] + double{v[i]} * double{x[i]};
+    }
+}
+
+void accumulateRows4(double* __restrict sums, const float* a, const float* x0, const float* x1,
+                     const float* x2, const float* x3, int n) {
+    const double a0 = a[0];
+    const double a1 = a[1];
+    const double a2 = a[2];
+    const double a3 = a[3];
+    for (int i = 0; i < n; ++i) {
+        sums[i] = (((sums[i] + a0 * double{x0[i]}) + a1 * double{x1[i]}) + a2 * double{x2[i]}) +
+                  a3 * double{x3[i]};
+    }
+}
+
+void accumulateScaled(double* __restrict sums, float a, const float* x, int n) {
+    const double da = a;
+    for (int i = 0; i < n; ++i) {
+        sums[i] = sums[i] + da * double{x[i]};
+    }
+}
+
+void addTridiagonalProduct(float* __restrict y, const float* below, const float* main,
+                           const float* above, const float* x, int n) {
+    for (int i = 1; i < n - 1; ++i) {
+        const double terms =
+            (double{above[i]} * double{x[i + 1]} + double{below[i - 1]} * double{x[i - 1]}) +
+            double{main[i]} * double{x[i]};
+        y[i] = static_cast<float>(double{y[i]} + terms);
+    }
+}
+
+}  // namespace
+
+extern const VectorKernels kVectorKernels;
+const VectorKernels kVectorKernels = {
+    sumOfSquares,
+    dot,
+    sum,
+    addScalar,
+    multiplyScalar,
+    divideScalar,
+    setScaled,
+    setDifference,
+    add,
+    addScaled,
+    addScaled2,
+    addScaled3,
+    scaleAdd,
+    scaleAddScaled,
+    scaleAddScaled2,
+    addProduct,
+    accumulateProduct,
+    accumulateRows4,
+    accumulateScaled,
+    addTridiagonalProduct,
+};
+
+}  // namespace orv::ORV_KERNEL_NAMESPACE

@@ -1,0 +1,3 @@
+#include "algebra/kernels/vector_kernels.h"
+
+#include "algebra/kernels/vector_kernels.inl"
