@@ -1,0 +1,83 @@
+#include "schemes/plane_operators/float_planes_operator.h"
+
+#include <utility>
+
+#include "exports/progress_window.h"
+#include "exports/work_window.h"
+#include "images/float_image.h"
+#include "images/float_image3.h"
+#include "schemes/plane_operators/float_operator.h"
+#include "schemes/plane_operators/progress_share.h"
+
+namespace orv {
+
+FloatPlanesOperator::FloatPlanesOperator(FloatOperator* wrapped) : wrapped_(wrapped) {}
+
+FloatPlanesOperator::~FloatPlanesOperator() = default;
+
+std::unique_ptr<FloatImage3> FloatPlanesOperator::apply(const FloatImage3& source,
+                                                        std::unique_ptr<FloatImage3> target) {
+    if (!target) {
+        target = source.clone();
+    }
+    ProgressWindow& window = progressWindow();
+    const long long width = progressWidth(window);
+    for (int c = 0; c < 3 && !workCancelled(); ++c) {
+        // The lower end on entry is not added back. quirk: progress-slice
+        window.progressLow = progressShare(width, c, 3);
+        window.progressHigh = progressShare(width, c + 1, 3);
+        const WorkSlice slice(c, 3);
+
+        wrapped_->setGuide(source.plane(c));
+        target->setPlane(c, wrapped_->apply(source.plane(c), target->takePlane(c)));
+        reportWork(1, 1);
+    }
+    return target;
+}
+
+std::unique_ptr<FloatImage3> FloatPlanesOperator::applyMasked(
+    const DiscreteImage& mask, const FloatImage3& source, std::unique_ptr<FloatImage3> target) {
+    if (!target) {
+        target = source.clone();
+    }
+    for (int c = 0; c < 3 && !workCancelled(); ++c) {
+        const WorkSlice slice(c, 3);
+        wrapped_->setGuide(source.plane(c));
+        target->setPlane(c, wrapped_->applyMasked(mask, source.plane(c), target->takePlane(c)));
+        reportWork(1, 1);
+    }
+    return target;
+}
+
+std::unique_ptr<FloatImage3> FloatPlanesOperator::iterate(int count, const FloatImage3& source,
+                                                          std::unique_ptr<FloatImage3> target) {
+    if (!target) {
+        target = source.clone();
+    }
+    const std::unique_ptr<FloatImage3> work = source.clone();
+    for (int pass = 0; pass < count && !workCancelled(); ++pass) {
+        const WorkSlice slice(pass, count);
+        target = apply(*work, std::move(target));
+        work->assign(*target);
+    }
+    return target;
+}
+
+std::unique_ptr<FloatImage3> FloatPlanesOperator::iterateMasked(
+    int count, const DiscreteImage& mask, const FloatImage3& source,
+    std::unique_ptr<FloatImage3> target) {
+    if (!target) {
+        target = source.clone();
+    }
+    const std::unique_ptr<FloatImage3> work = source.clone();
+    for (int pass = 0; pass < count && !workCancelled(); ++pass) {
+        const WorkSlice slice(pass, count);
+        target = applyMasked(mask, *work, std::move(target));
+        work->assign(*target);
+    }
+    return target;
+}
+
+void FloatPlanesOperator::printName(std::FILE* /*file*/) const {}
+
+}  // namespace orv
