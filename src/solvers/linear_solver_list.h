@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace orv {
+#include "solvers/linear_solver.h"
 
-class LinearSolver;
+namespace orv {
 
 /// The registry of the solvers and the three factories over it.
 ///

@@ -1,0 +1,99 @@
+#include "solvers/gmres/combined_krylov_solver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include "algebra/matrix.h"
+#include "algebra/real_vector.h"
+#include "base/rounding.h"
+
+namespace orv {
+
+CombinedKrylovSolver::CombinedKrylovSolver(int maxIter, int l,
+                                           std::unique_ptr<LinearSolver> inner, double tol)
+    : IterativeLinearSolver(maxIter, tol),
+      l_(std::max(l, 2)),
+      inner_(std::move(inner)),
+      search_(static_cast<std::size_t>(l_)),
+      image_(static_cast<std::size_t>(l_)) {}
+
+CombinedKrylovSolver::~CombinedKrylovSolver() = default;
+
+void CombinedKrylovSolver::prepareDirections(int n) {
+    if (HasSize(r_, n)) {
+        return;
+    }
+    PrepareWork(n, {&r_, &t_, &z_});
+    for (std::size_t i = 0; i < search_.size(); ++i) {
+        search_[i] = std::make_unique<RealVector>(n);
+        image_[i] = std::make_unique<RealVector>(n);
+    }
+}
+
+void CombinedKrylovSolver::dropDirections() {
+    for (std::size_t i = 0; i < search_.size(); ++i) {
+        search_[i]->Fill(0.0F);
+        image_[i]->Fill(0.0F);
+    }
+    z_->CopyFrom(*r_);
+    k_ = 0;
+}
+
+std::unique_ptr<RealVector> CombinedKrylovSolver::Solve(const Matrix& A, const RealVector& b,
+                                                        std::unique_ptr<RealVector> u) {
+    u = StartVector(b, std::move(u));
+    prepareDirections(A.Rows());
+    converged_ = false;
+
+    r_->CopyFrom(b);
+    t_ = A.Multiply(*u, std::move(t_));
+    r_->AddScaled(-1.0F, *t_);
+    if (std::sqrt(r_->SumOfSquares()) < tol_) {
+        return u;
+    }
+    z_->CopyFrom(*r_);
+    k_ = 0;
+    for (int it = 0; it < maxIter_; ++it) {
+        u = Iterate(A, b, std::move(u));
+        ++k_;
+        if (converged_) {
+            break;
+        }
+        if (k_ == l_) {
+            dropDirections();
+        }
+    }
+    return u;
+}
+
+std::unique_ptr<RealVector> CombinedKrylovSolver::Iterate(const Matrix& A,
+                                                          const RealVector& /*b*/,
+                                                          std::unique_ptr<RealVector> u) {
+    const std::size_t k = static_cast<std::size_t>(k_);
+    z_ = inner_->Solve(A, *r_, std::move(z_));
+    image_[k] = A.Multiply(*z_, std::move(image_[k]));
+    RealVector& image = *image_[k];
+    for (std::size_t i = 0; i < k; ++i) {
+        const float e = toFloat(-image_[i]->Dot(image));
+        image.AddScaled(e, *image_[i]);
+        z_->AddScaled(e, *search_[i]);
+    }
+
+    const float h = toFloat(std::sqrt(image.SumOfSquares()));
+    image.DivideScalar(h);
+    RealVector& search = *search_[k];
+    search.CopyFrom(*z_);
+    search.DivideScalar(h);
+
+    const double alpha = image.Dot(*r_);
+    u->AddScaled(toFloat(alpha), search);
+    r_->AddScaled(toFloat(-alpha), image);
+    if (std::sqrt(r_->SumOfSquares()) < tol_) {
+        converged_ = true;
+    }
+    return u;
+}
+
+}  // namespace orv

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "solvers/iterative_linear_solver.h"
+
+namespace orv {
+
+/// The combined solvers, ids 27 to 30: an outer loop of generalised conjugate residuals with at
+/// most l directions, each of them found by a few steps of an inner solver.
+///
+///     z = inner(A, r, z)               image_k = A z
+///     e = -(image_i . image_k),  image_k += e image_i,  z += e search_i    for i < k
+///     h = |image_k|                    image_k /= h,  search_k = z / h
+///     alpha = image_k . r              u += alpha search_k,  r -= alpha image_k
+///
+/// After l directions all of them are dropped at once and z starts again from r.
+///
+/// Shapes:  A n x n; b, u, r, t, z and the 2 l directions n floats.
+/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
+///          most maxIter outer iterations.
+/// Fails:   h = 0 is not tested: u fills with NaN and the loop runs to maxIter.
+/// Cost:    an inner solve, a product and 3 k + 3 vector passes an iteration;
+///          (2 l + 3) n floats kept.
+/// Source:  [VanDerVorstVuik1994]
+class CombinedKrylovSolver : public IterativeLinearSolver {
+  public:
+    /// An `l` below 2 becomes 2.
+    ///
+    /// Owns:    the inner solver, which must not be null.
+    CombinedKrylovSolver(int maxIter, int l, std::unique_ptr<LinearSolver> inner, double tol);
+    ~CombinedKrylovSolver() override;
+
+    using IterativeLinearSolver::Solve;
+    /// Forms the start residual and runs the outer loop.
+    std::unique_ptr<RealVector> Solve(const Matrix& A, const RealVector& b,
+                                      std::unique_ptr<RealVector> u) override;
+
+    /// Adds direction k.
+    std::unique_ptr<RealVector> Iterate(const Matrix& A, const RealVector& b,
+                                        std::unique_ptr<RealVector> u) override;
+
+    /// The most directions that are held at a time.
+    int directions() const { return l_; }
+    /// The solver that finds the directions.
+    const LinearSolver& inner() const { return *inner_; }
+
+  private:
+    void prepareDirections(int n);
+    void dropDirections();
+
+    int l_;
+    std::unique_ptr<LinearSolver> inner_;
+    int k_ = 0;
+    std::unique_ptr<RealVector> r_;
+    std::unique_ptr<RealVector> t_;
+    std::unique_ptr<RealVector> z_;
+    std::vector<std::unique_ptr<RealVector>> search_;
+    std::vector<std::unique_ptr<RealVector>> image_;
+};
+
+}  // namespace orv

@@ -1,0 +1,9 @@
+#include "solvers/linear_solver.h"
+
+namespace orv {
+
+LinearSolver::~LinearSolver() = default;
+
+void LinearSolver::Reset() {}
+
+}  // namespace orv
