@@ -1,0 +1,161 @@
+# shellcheck shell=bash
+# Set-up that run, test and .ci/run share; to be sourced. Everything it says goes to standard
+# error, so that the tool's standard output stays clean.
+
+orv_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# What the library and the tool need, what the tests need besides, what CI needs besides.
+orv_run_packages=(g++ cmake ninja-build pkg-config libvips-dev libcli11-dev python3)
+orv_test_packages=("${orv_run_packages[@]}" libgtest-dev)
+orv_ci_packages=("${orv_test_packages[@]}" libbenchmark-dev clang clang-format valgrind)
+
+orv_say() {
+    printf '%s\n' "$*" >&2
+}
+
+orv_fail() {
+    orv_say "$@"
+    exit 1
+}
+
+# orv_as_root COMMAND...: runs it as root, through sudo where that is needed.
+orv_as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        return 127
+    fi
+}
+
+# orv_missing PACKAGE...: prints those that are not installed.
+orv_missing() {
+    local installed package
+    # dpkg-query exits with 1 when it does not know one of the names.
+    installed=" $(dpkg-query -W -f '${db:Status-Status}:${Package}\n' "$@" 2>/dev/null |
+        sed -n 's/^installed://p' | tr '\n' ' ' || true) "
+    for package in "$@"; do
+        case $installed in
+            *" $package "*) ;;
+            *) printf '%s\n' "$package" ;;
+        esac
+    done
+}
+
+# Without Debian's packages nothing is installed: it says what is needed and goes on if it is
+# there.
+orv_need_elsewhere() {
+    local lacking=()
+    command -v c++ >/dev/null || lacking+=("a C++20 compiler (GCC 12 or Clang 14 and later)")
+    command -v cmake >/dev/null || lacking+=("CMake 3.25 or later")
+    command -v ninja >/dev/null || lacking+=("Ninja")
+    if ! command -v pkg-config >/dev/null; then
+        lacking+=("pkg-config")
+    elif ! pkg-config --exists vips; then
+        lacking+=("libvips with its headers")
+    fi
+    if [ ${#lacking[@]} -gt 0 ]; then
+        orv_say "This is not a Debian system, so nothing is installed here. Please install:"
+        printf '  - %s\n' "${lacking[@]}" "CLI11 (headers)" \
+            "Python 3" "for the tests: GoogleTest" >&2
+        exit 1
+    fi
+}
+
+# orv_need PACKAGE...: installs what is missing, and says first what and how much.
+orv_need() {
+    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+        orv_need_elsewhere
+        return
+    fi
+    local missing=()
+    mapfile -t missing < <(orv_missing "$@")
+    if [ ${#missing[@]} -eq 0 ]; then
+        return
+    fi
+    local install=(apt-get install -y --no-install-recommends)
+    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        orv_fail "These packages are missing; please install them as root:" \
+            "apt-get install --no-install-recommends ${missing[*]}"
+    fi
+
+    local log="$orv_root/build/log/packages.log"
+    mkdir -p "$(dirname "$log")"
+    orv_say "Missing packages: ${missing[*]}"
+    orv_logged "$log" orv_as_root env DEBIAN_FRONTEND=noninteractive apt-get update
+    # --assume-no prints the plan and stops; it then exits with 1.
+    (LC_ALL=C apt-get install --assume-no --no-install-recommends "${missing[@]}" \
+        </dev/null 2>/dev/null || true) |
+        sed -n -e 's/^0 upgraded, \([0-9]*\) newly.*/Installing \1 packages with what they need:/p' \
+            -e 's/^Need to get \(.*\) of archives\.$/  \1 to download/p' \
+            -e 's/^After this operation, \(.*\) of additional disk space.*/  \1 on disk/p' >&2
+    orv_logged "$log" orv_as_root env DEBIAN_FRONTEND=noninteractive "${install[@]}" "${missing[@]}"
+}
+
+# orv_logged LOG COMMAND...: runs it quietly; when it fails, shows the end of the log and stops.
+orv_logged() {
+    local log=$1
+    shift
+    mkdir -p "$(dirname "$log")"
+    if ! "$@" >"$log" 2>&1 </dev/null; then
+        tail -n 40 "$log" >&2
+        orv_fail "Failed: $*" "The whole log is in $log"
+    fi
+}
+
+# orv_build PRESET [TARGET...]: configures once and builds, one caller at a time.
+orv_build() {
+    local preset=$1
+    shift
+    local folder="$orv_root/build/$preset"
+    local log="$orv_root/build/log/$preset"
+    mkdir -p "$folder" "$orv_root/build/log"
+    exec 9>"$folder/.lock"
+    flock 9 2>/dev/null || true
+    if [ ! -f "$folder/build.ninja" ]; then
+        orv_say "Building ($preset) in $folder; this happens once ..."
+        (cd "$orv_root" && orv_logged "$log-configure.log" cmake --preset "$preset")
+    fi
+    local targets=()
+    if [ $# -gt 0 ]; then
+        targets=(--target "$@")
+    fi
+    orv_logged "$log-build.log" cmake --build "$folder" "${targets[@]}"
+    exec 9>&-
+}
+
+# orv_ctest FOLDER [OPTION...]: runs the tests of a build and sets orv_passed and orv_failed.
+# A failed test prints its output.
+orv_ctest() {
+    local folder=$1
+    shift
+    local report="$folder/ctest.xml"
+    rm -f "$report"
+    ctest --test-dir "$folder" --output-on-failure --parallel "$(nproc)" \
+        --output-junit "$report" "$@" || true
+    local head total failed skipped disabled
+    if [ ! -f "$report" ]; then
+        orv_passed=0
+        orv_failed=1
+        return
+    fi
+    head=$(tr '\n' ' ' <"$report" | sed 's/<testcase.*//')
+    total=$(orv_attribute tests "$head")
+    failed=$(orv_attribute failures "$head")
+    skipped=$(orv_attribute skipped "$head")
+    disabled=$(orv_attribute disabled "$head")
+    orv_failed=$failed
+    orv_passed=$((total - failed - skipped - disabled))
+    # A run without a single test has proved nothing.
+    if [ "$orv_passed" -eq 0 ] && [ "$orv_failed" -eq 0 ]; then
+        orv_failed=1
+    fi
+}
+
+# orv_attribute NAME TEXT: the number in NAME="..."; 0 without one.
+orv_attribute() {
+    local value
+    value=$(sed -n "s/.* $1=\"\([0-9]*\)\".*/\1/p" <<<"$2")
+    printf '%s' "${value:-0}"
+}
