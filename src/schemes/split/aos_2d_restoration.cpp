@@ -1,0 +1,78 @@
+#include "schemes/split/aos_2d_restoration.h"
+
+#include <utility>
+
+#include "algebra/matrix.h"
+#include "algebra/real_vector.h"
+#include "base/text_output.h"
+#include "exports/progress_window.h"
+#include "exports/work_window.h"
+#include "schemes/flows/flow.h"
+#include "schemes/plane_operators/progress_share.h"
+#include "solvers/linear_solver.h"
+
+namespace orv {
+
+namespace {
+
+// Wraps where a long time loop has pushed the window to the end of the int range.
+int progressAt(int start, int share) {
+    return static_cast<int>(static_cast<unsigned>(start) + static_cast<unsigned>(share));
+}
+
+}  // namespace
+
+Aos2DRestoration::~Aos2DRestoration() = default;
+
+std::unique_ptr<FloatImage> Aos2DRestoration::step(const FloatImage& source,
+                                                   std::unique_ptr<FloatImage> target) {
+    if (updateEachStep_) {
+        flow_->update(source);
+    }
+    const float t = tau_ + tau_;
+    flow_->setTimeStep(t);
+    reportProgress(progressWindow().progressLow);
+    solveRows(t, source, *target);
+    if (!workCancelled()) {
+        const ProgressWindow& window = progressWindow();
+        reportProgress(
+            progressAt(window.progressLow, progressShare(progressWidth(window), 1, 2)));
+    }
+    solveColumns(t, source, *target);
+    return target;
+}
+
+void Aos2DRestoration::solveRows(float t, const FloatImage& source, FloatImage& target) {
+    const WorkSlice slice(0, 2);
+    const ProgressWindow& window = progressWindow();
+    const long long width = progressWidth(window);
+    const int lines = source.height();
+    for (int y = 0; y < lines && beginLine(y, lines); ++y) {
+        reportProgress(progressAt(window.progressLow, progressShare(width, y, 2LL * lines)));
+        rhsX_ = flow_->lineVectorX(source, y, std::move(rhsX_));
+        implicitX_ = flow_->implicitMatrixX(t, source, y, std::move(implicitX_));
+        solveX(*implicitX_);
+        storeX(y, Store::Replace, target);
+    }
+}
+
+void Aos2DRestoration::solveColumns(float t, const FloatImage& source, FloatImage& target) {
+    const WorkSlice slice(1, 2);
+    const ProgressWindow& window = progressWindow();
+    const long long width = progressWidth(window);
+    const int middle = progressAt(window.progressLow, progressShare(width, 1, 2));
+    const int lines = source.width();
+    for (int x = 0; x < lines && beginLine(x, lines); ++x) {
+        reportProgress(progressAt(middle, progressShare(width, x, 2LL * lines)));
+        rhsY_ = flow_->lineVectorY(source, x, std::move(rhsY_));
+        implicitY_ = flow_->implicitMatrixY(t, source, x, std::move(implicitY_));
+        solveY(*implicitY_);
+        storeY(x, Store::Average, target);
+    }
+}
+
+void Aos2DRestoration::printName(std::FILE* file) const {
+    printTextTo(file, "AOS 2D restoration\n");
+}
+
+}  // namespace orv
