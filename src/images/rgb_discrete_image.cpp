@@ -9,6 +9,7 @@
 #include "base/rounding.h"
 #include "base/text_output.h"
 #include "images/float_image3.h"
+#include "images/kernels/pixel_kernels.h"
 #include "images/real_image3.h"
 
 namespace orv {
@@ -28,18 +29,26 @@ unsigned char* alignedUp(void* block) {
     return start + (aligned - address);
 }
 
+std::size_t sizeOf(int n) {
+    return static_cast<std::size_t>(n);
+}
+
+template <class Planes>
+std::array<std::size_t, 3> columnStrides(const Planes& planes) {
+    return {sizeOf(planes.plane(0).height()), sizeOf(planes.plane(1).height()),
+            sizeOf(planes.plane(2).height())};
+}
+
 }  // namespace
 
 RgbDiscreteImage::RgbDiscreteImage(Uninitialised /*key*/, int width, int height)
     : DiscreteImage(width, height, kChannels, kRgbModel, kEightBit),
       rawPixels_(byteCount() + kAlignment, kAlignment),
       pixels_(alignedUp(rawPixels_.data())),
-      rows_(std::make_unique<unsigned char*[]>(
-          static_cast<std::size_t>(std::max(this->height(), 1)))) {
+      rows_(std::make_unique<unsigned char*[]>(sizeOf(std::max(this->height(), 1)))) {
     typeCode_ = kRgbTypeCode;
-    const std::size_t rowBytes = std::size_t{3} * static_cast<std::size_t>(this->width());
     for (int y = 0; y < this->height(); ++y) {
-        rows_[static_cast<std::size_t>(y)] = pixels_ + static_cast<std::size_t>(y) * rowBytes;
+        rows_[sizeOf(y)] = pixels_ + sizeOf(y) * rowBytes();
     }
 }
 
@@ -55,9 +64,12 @@ RgbDiscreteImage::RgbDiscreteImage(int width, int height, const unsigned char* b
     }
 }
 
+std::size_t RgbDiscreteImage::rowBytes() const {
+    return std::size_t{3} * sizeOf(width());
+}
+
 std::size_t RgbDiscreteImage::byteCount() const {
-    return std::size_t{3} * static_cast<std::size_t>(width()) *
-           static_cast<std::size_t>(height());
+    return rowBytes() * sizeOf(height());
 }
 
 std::unique_ptr<DiscreteImage> RgbDiscreteImage::clone() const {
@@ -96,7 +108,7 @@ void RgbDiscreteImage::writeChannel(int channel, Sample sample) {
     if (channel > kChannels) {
         return;
     }
-    const std::size_t offset = static_cast<std::size_t>(std::max(channel, 1) - 1);
+    const std::size_t offset = sizeOf(std::max(channel, 1) - 1);
     for (int x = 0; x < width(); ++x) {
         for (int y = 0; y < height(); ++y) {
             pixel(x, y)[offset] = toLowByte(sample(x, y));
@@ -105,19 +117,33 @@ void RgbDiscreteImage::writeChannel(int channel, Sample sample) {
 }
 
 void RgbDiscreteImage::setFromFloat3(const FloatImage3& planes) {
-    DiscreteImage::setFromFloat3(planes);
-}
-
-void RgbDiscreteImage::setFromReal3(const RealImage3& planes) {
-    DiscreteImage::setFromReal3(planes);
+    const std::array<const float*, 3> samples = {planes.plane(0).data(), planes.plane(1).data(),
+                                                 planes.plane(2).data()};
+    pixelKernels().rgbFloat.writeRgb(samples.data(), columnStrides(planes).data(), pixels_,
+                                     rowBytes(), width(), height());
 }
 
 void RgbDiscreteImage::setChannelFromFloat(const FloatImage& plane, int channel) {
-    writeChannel(channel, [&](int x, int y) { return toInt(plane.row(x)[y]); });
+    if (channel <= kChannels) {
+        pixelKernels().rgbFloat.writeChannel(plane.data(), sizeOf(plane.height()), pixels_,
+                                             rowBytes(), width(), height(),
+                                             std::max(channel, 1) - 1);
+    }
+}
+
+void RgbDiscreteImage::setFromReal3(const RealImage3& planes) {
+    const std::array<const double*, 3> samples = {
+        planes.plane(0).data(), planes.plane(1).data(), planes.plane(2).data()};
+    pixelKernels().rgbDouble.writeRgb(samples.data(), columnStrides(planes).data(), pixels_,
+                                      rowBytes(), width(), height());
 }
 
 void RgbDiscreteImage::setChannelFromReal(const RealImage& plane, int channel) {
-    writeChannel(channel, [&](int x, int y) { return toInt(plane.row(x)[y]); });
+    if (channel <= kChannels) {
+        pixelKernels().rgbDouble.writeChannel(plane.data(), sizeOf(plane.height()), pixels_,
+                                              rowBytes(), width(), height(),
+                                              std::max(channel, 1) - 1);
+    }
 }
 
 void RgbDiscreteImage::setChannelFromComplex(const ComplexPlane& plane, int part, int channel) {

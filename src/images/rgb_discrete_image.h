@@ -99,6 +99,7 @@ class RgbDiscreteImage final : public DiscreteImage {
     template <class Sample>
     void writeChannel(int channel, Sample sample);
 
+    std::size_t rowBytes() const;
     std::size_t byteCount() const;
     unsigned char* pixel(int x, int y) const {
         return rows_[y] + std::size_t{3} * static_cast<std::size_t>(x);

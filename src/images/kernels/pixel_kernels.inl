@@ -1,0 +1,248 @@
+// Bodies of the pixel kernels: plain loops, compiled once per target.
+
+namespace orv::ORV_KERNEL_NAMESPACE {
+
+namespace {
+
+constexpr int kTile = 64;
+constexpr std::size_t kTileStep = 64;
+
+constexpr int smaller(int a, int b) {
+    return a < b ? a : b;
+}
+
+constexpr std::size_t sizeOf(int n) {
+    return static_cast<std::size_t>(n);
+}
+
+/// Calls tile(x, y, columns, rows) for each tile of a width x height rectangle.
+template <class Tile>
+inline void forEachTile(int width, int height, Tile tile) {
+    for (int x = 0; x < width; x += kTile) {
+        for (int y = 0; y < height; y += kTile) {
+            tile(x, y, smaller(kTile, width - x), smaller(kTile, height - y));
+        }
+    }
+}
+
+/// The low byte of the truncated sample. A range test takes the place of the conversion's
+/// undefined cases, whose low byte is 0, as the low byte of INT_MIN is.
+inline unsigned char lowByteOf(float sample) {
+    const bool fits = sample >= -2147483648.0f && sample < 2147483648.0f;
+    return static_cast<unsigned char>(static_cast<int>(fits ? sample : 0.0f));
+}
+
+inline unsigned char lowByteOf(double sample) {
+    const bool fits = sample > -2147483649.0 && sample < 2147483648.0;
+    return static_cast<unsigned char>(static_cast<int>(fits ? sample : 0.0));
+}
+
+/// tile[x][y] = samples of a grid that starts at `first`: x-major from row-major.
+template <class Sample>
+inline void gather(const Sample* first, std::size_t pixelStride, std::size_t rowStride,
+                   int columns, int rows, Sample* tile) {
+    for (int y = 0; y < rows; ++y) {
+        const Sample* const from = first + sizeOf(y) * rowStride;
+        for (int x = 0; x < columns; ++x) {
+            tile[sizeOf(x) * kTileStep + sizeOf(y)] = from[sizeOf(x) * pixelStride];
+        }
+    }
+}
+
+/// The way back: row-major from x-major.
+template <class Sample>
+inline void scatter(const Sample* tile, int columns, int rows, Sample* first,
+                    std::size_t pixelStride, std::size_t rowStride) {
+    for (int y = 0; y < rows; ++y) {
+        Sample* const to = first + sizeOf(y) * rowStride;
+        for (int x = 0; x < columns; ++x) {
+            to[sizeOf(x) * pixelStride] = tile[sizeOf(x) * kTileStep + sizeOf(y)];
+        }
+    }
+}
+
+/// Three tiles from the pixels in one walk.
+inline void gatherRgb(const unsigned char* first, std::size_t rowBytes, int columns, int rows,
+                      unsigned char (*tiles)[kTile * kTile]) {
+    for (int y = 0; y < rows; ++y) {
+        const unsigned char* from = first + sizeOf(y) * rowBytes;
+        for (int x = 0; x < columns; ++x, from += 3) {
+            const std::size_t at = sizeOf(x) * kTileStep + sizeOf(y);
+            tiles[0][at] = from[0];
+            tiles[1][at] = from[1];
+            tiles[2][at] = from[2];
+        }
+    }
+}
+
+/// A tile of bytes into a plane, column by column.
+template <class T>
+inline void widen(const unsigned char* tile, int columns, int rows, T* plane,
+                  std::size_t columnStride) {
+    for (int x = 0; x < columns; ++x) {
+        const unsigned char* const from = tile + sizeOf(x) * kTileStep;
+        T* const to = plane + sizeOf(x) * columnStride;
+        for (int y = 0; y < rows; ++y) {
+            to[y] = static_cast<T>(from[y]);
+        }
+    }
+}
+
+/// Columns of a plane into a tile of low bytes.
+template <class T>
+inline void narrow(const T* plane, std::size_t columnStride, int columns, int rows,
+                   unsigned char* tile) {
+    for (int x = 0; x < columns; ++x) {
+        const T* const from = plane + sizeOf(x) * columnStride;
+        unsigned char* const to = tile + sizeOf(x) * kTileStep;
+        for (int y = 0; y < rows; ++y) {
+            to[y] = lowByteOf(from[y]);
+        }
+    }
+}
+
+template <class T>
+void readRgb(const unsigned char* pixels, std::size_t rowBytes, int width, int height,
+             T* const* planes, std::size_t columnStride) {
+    unsigned char tiles[3][kTile * kTile];
+    forEachTile(width, height, [&](int x, int y, int columns, int rows) {
+        gatherRgb(pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x), rowBytes, columns, rows,
+                  tiles);
+        for (int c = 0; c < 3; ++c) {
+            widen(tiles[c], columns, rows, planes[c] + sizeOf(x) * columnStride + y,
+                  columnStride);
+        }
+    });
+}
+
+template <class T>
+void readChannel(const unsigned char* pixels, std::size_t rowBytes, int width, int height,
+                 int channel, T* plane, std::size_t columnStride) {
+    unsigned char tile[kTile * kTile];
+    forEachTile(width, height, [&](int x, int y, int columns, int rows) {
+        gather(pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x) + channel, 3, rowBytes, columns,
+               rows, tile);
+        widen(tile, columns, rows, plane + sizeOf(x) * columnStride + y, columnStride);
+    });
+}
+
+template <class T>
+void readLuminance(const unsigned char* pixels, std::size_t rowBytes, int width, int height,
+                   T* plane, std::size_t columnStride) {
+    unsigned char tiles[3][kTile * kTile];
+    forEachTile(width, height, [&](int x, int y, int columns, int rows) {
+        gatherRgb(pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x), rowBytes, columns, rows,
+                  tiles);
+        for (int i = 0; i < columns; ++i) {
+            const std::size_t at = sizeOf(i) * kTileStep;
+            T* const to = plane + sizeOf(x + i) * columnStride + y;
+            for (int j = 0; j < rows; ++j) {
+                const std::size_t k = at + sizeOf(j);
+                const unsigned weighted =
+                    587u * tiles[1][k] + 299u * tiles[0][k] + 114u * tiles[2][k];
+                to[j] = static_cast<T>(static_cast<int>(weighted / 1000u));
+            }
+        }
+    });
+}
+
+template <class T>
+void writeRgb(const T* const* planes, const std::size_t* columnStrides, unsigned char* pixels,
+              std::size_t rowBytes, int width, int height) {
+    unsigned char tiles[3][kTile * kTile];
+    forEachTile(width, height, [&](int x, int y, int columns, int rows) {
+        for (int c = 0; c < 3; ++c) {
+            narrow(planes[c] + sizeOf(x) * columnStrides[c] + y, columnStrides[c], columns,
+                   rows, tiles[c]);
+        }
+        for (int j = 0; j < rows; ++j) {
+            unsigned char* to = pixels + sizeOf(y + j) * rowBytes + 3 * sizeOf(x);
+            for (int i = 0; i < columns; ++i, to += 3) {
+                const std::size_t at = sizeOf(i) * kTileStep + sizeOf(j);
+                to[0] = tiles[0][at];
+                to[1] = tiles[1][at];
+                to[2] = tiles[2][at];
+            }
+        }
+    });
+}
+
+template <class T>
+void writeChannel(const T* plane, std::size_t columnStride, unsigned char* pixels,
+                  std::size_t rowBytes, int width, int height, int channel) {
+    unsigned char tile[kTile * kTile];
+    forEachTile(width, height, [&](int x, int y, int columns, int rows) {
+        narrow(plane + sizeOf(x) * columnStride + y, columnStride, columns, rows, tile);
+        scatter(tile, columns, rows, pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x) + channel, 3,
+                rowBytes);
+    });
+}
+
+/// 0..maxValue, NaN to 0.
+inline float clamped(float sample, float maxValue) {
+    const float raised = sample > 0.0f ? sample : 0.0f;
+    return raised < maxValue ? raised : maxValue;
+}
+
+inline void store(float sample, float& to) {
+    to = sample;
+}
+
+/// Rounds a sample of at least 0 to the nearest integer. The rest is exact in float, so that
+/// no sum with 0.5 can round up what lies below a half.
+template <class Sample>
+inline void store(float sample, Sample& to) {
+    const int whole = static_cast<int>(sample);
+    const float rest = sample - static_cast<float>(whole);
+    to = static_cast<Sample>(whole + (rest >= 0.5f ? 1 : 0));
+}
+
+template <class Sample>
+void readSamples(const SampleGrid<const Sample>& grid, float factor, float* plane,
+                 std::size_t columnStride) {
+    Sample tile[kTile * kTile];
+    forEachTile(grid.width, grid.height, [&](int x, int y, int columns, int rows) {
+        gather(grid.first + sizeOf(y) * grid.rowStride + sizeOf(x) * grid.pixelStride,
+               grid.pixelStride, grid.rowStride, columns, rows, tile);
+        for (int i = 0; i < columns; ++i) {
+            const Sample* const from = tile + sizeOf(i) * kTileStep;
+            float* const to = plane + sizeOf(x + i) * columnStride + y;
+            for (int j = 0; j < rows; ++j) {
+                to[j] = static_cast<float>(from[j]) * factor;
+            }
+        }
+    });
+}
+
+template <class Sample>
+void writeSamples(const float* plane, std::size_t columnStride, float factor, float maxValue,
+                  const SampleGrid<Sample>& grid) {
+    Sample tile[kTile * kTile];
+    forEachTile(grid.width, grid.height, [&](int x, int y, int columns, int rows) {
+        for (int i = 0; i < columns; ++i) {
+            const float* const from = plane + sizeOf(x + i) * columnStride + y;
+            Sample* const to = tile + sizeOf(i) * kTileStep;
+            for (int j = 0; j < rows; ++j) {
+                store(clamped(from[j] * factor, maxValue), to[j]);
+            }
+        }
+        scatter(tile, columns, rows,
+                grid.first + sizeOf(y) * grid.rowStride + sizeOf(x) * grid.pixelStride,
+                grid.pixelStride, grid.rowStride);
+    });
+}
+
+}  // namespace
+
+extern const PixelKernels kPixelKernels;
+constinit const PixelKernels kPixelKernels = {
+    {readRgb<float>, readChannel<float>, readLuminance<float>, writeRgb<float>,
+     writeChannel<float>},
+    {readRgb<double>, readChannel<double>, readLuminance<double>, writeRgb<double>,
+     writeChannel<double>},
+    {readSamples<unsigned char>, writeSamples<unsigned char>},
+    {readSamples<unsigned short>, writeSamples<unsigned short>},
+    {readSamples<float>, writeSamples<float>},
+};
+
+}  // namespace orv::ORV_KERNEL_NAMESPACE
