@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "algebra/matrix.h"
 #include "schemes/full/full_2d_restoration.h"
 
 namespace orv {
