@@ -10,10 +10,6 @@ namespace orv {
 
 namespace {
 
-/// The inner limits of `Create` and `CreateByName`. quirk: gmres-star-inner
-constexpr InnerSettings kInnerById{/*maxIter=*/5, /*m=*/5, /*starId=*/kCgsId};
-constexpr InnerSettings kInnerByName{/*maxIter=*/10, /*m=*/10, /*starId=*/kCgsId};
-
 std::size_t room(int capacity) {
     return static_cast<std::size_t>(std::max(capacity, 0));
 }
@@ -74,9 +70,8 @@ std::unique_ptr<LinearSolver> LinearSolverList::CreateCombined(const char* name,
     if (id < 0) {
         return nullptr;
     }
-    // quirk: gmres-star-inner
-    const InnerSettings inner{innerMaxIter, innerM, /*starId=*/kBicgStabId};
-    return makeCombinedSolver(id, SolverSettings{maxIter, l, tol}, inner);
+    return makeCombinedSolver(id, SolverSettings{maxIter, l, tol},
+                              innerOfCombined(innerMaxIter, innerM));
 }
 
 std::unique_ptr<LinearSolver> LinearSolverList::CreateByName(const char* name, int maxIter,
@@ -89,10 +84,7 @@ std::unique_ptr<LinearSolver> LinearSolverList::CreateByName(const char* name, i
     if (isCombinedSolver(id)) {
         return makeCombinedSolver(id, settings, kInnerByName);
     }
-    if (id == kSgsBicgStab2Id) {
-        return makePlainSolver(kSgsBicgStabId, settings);  // quirk: stab2-by-name
-    }
-    return makePlainSolver(id, settings);
+    return makePlainSolver(idMadeByName(id), settings);
 }
 
 int LinearSolverList::findName(const char* name, int from, int to) const {

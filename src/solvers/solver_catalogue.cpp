@@ -118,26 +118,31 @@ std::unique_ptr<LinearSolver> makePlainSolver(int id, const SolverSettings& sett
     return make == nullptr ? nullptr : make(settings);
 }
 
+CombinedPlan planCombinedSolver(int id, double tol, const InnerSettings& inner) {
+    const SolverSettings given{inner.maxIter, inner.m, kCombinedTolerance};
+    // The caller's tolerance ends up as the restart length. quirk: gmresr-tolerance
+    const SolverSettings truncated{inner.maxIter, toInt(tol), kCombinedTolerance};
+    switch (id) {
+        case kGmresrId:
+            return {kGmresId, truncated, kCombinedTolerance};
+        case kGmresrAltId:
+            return {kMgcrId, truncated, kCombinedTolerance};
+        case kGmresStarCbbId:
+            return {kCbbId, given, tol};
+        default:
+            return {inner.starId, given, tol};
+    }
+}
+
 std::unique_ptr<LinearSolver> makeCombinedSolver(int id, const SolverSettings& settings,
                                                  const InnerSettings& inner) {
-    SolverSettings innerSettings{inner.maxIter, inner.m, kCombinedTolerance};
-    int innerId = inner.starId;
-    double tol = settings.tol;
-    if (id == kGmresrId || id == kGmresrAltId) {
-        // The caller's tolerance ends up as the restart length. quirk: gmresr-tolerance
-        innerSettings.m = toInt(settings.tol);
-        innerId = id == kGmresrId ? kGmresId : kMgcrId;
-        tol = kCombinedTolerance;
-    } else if (id == kGmresStarCbbId) {
-        innerId = kCbbId;
-    }
-
-    std::unique_ptr<LinearSolver> solver = makePlainSolver(innerId, innerSettings);
-    if (!solver) {
+    const CombinedPlan plan = planCombinedSolver(id, settings.tol, inner);
+    std::unique_ptr<LinearSolver> innerSolver = makePlainSolver(plan.innerId, plan.inner);
+    if (!innerSolver) {
         return nullptr;
     }
     return std::make_unique<CombinedKrylovSolver>(settings.maxIter, settings.m,
-                                                  std::move(solver), tol);
+                                                  std::move(innerSolver), plan.tol);
 }
 
 }  // namespace orv

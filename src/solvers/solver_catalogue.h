@@ -61,13 +61,40 @@ struct InnerSettings {
     int starId;   ///< inner solver of "GMRES*-BiCGstab"
 };
 
+// quirk: gmres-star-inner
+inline constexpr InnerSettings kInnerById{/*maxIter=*/5, /*m=*/5, /*starId=*/kCgsId};
+inline constexpr InnerSettings kInnerByName{/*maxIter=*/10, /*m=*/10, /*starId=*/kCgsId};
+
+/// What `CreateCombined` makes of its two inner arguments.
+constexpr InnerSettings innerOfCombined(int innerMaxIter, int innerM) {
+    return {innerMaxIter, innerM, /*starId=*/kBicgStabId};
+}
+
+/// The parts of a combined solver.
+struct CombinedPlan {
+    int innerId;           ///< which solver finds the directions
+    SolverSettings inner;  ///< its settings
+    double tol;            ///< tolerance of the outer loop
+};
+
+/// The parts of a combined solver, ids 27 to 30.
+///
+/// Quirk:   gmresr-tolerance
+CombinedPlan planCombinedSolver(int id, double tol, const InnerSettings& inner);
+
+/// The id whose class `CreateByName` makes for the name of `id`.
+///
+/// Quirk:   stab2-by-name
+constexpr int idMadeByName(int id) {
+    return id == kSgsBicgStab2Id ? kSgsBicgStabId : id;  // quirk: stab2-by-name
+}
+
 /// A new solver that is not a combined one. Fails: null where the class is missing.
 std::unique_ptr<LinearSolver> makePlainSolver(int id, const SolverSettings& settings);
 
 /// A new combined solver, ids 27 to 30, with `settings.m` directions.
 ///
 /// Fails:   null where the class of the inner solver is missing.
-/// Quirk:   gmresr-tolerance
 std::unique_ptr<LinearSolver> makeCombinedSolver(int id, const SolverSettings& settings,
                                                  const InnerSettings& inner);
 
