@@ -65,7 +65,8 @@ std::unique_ptr<FloatImage> SimpleAnisotropicOperator::runSteps(
     ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
     for (int i = 1; i <= iterations_ && !workCancelled(); ++i) {
-        // Onto the running values, so that the window climbs. quirk: progress-time-loop
+        // Onto the running values, so that the window climbs.
+        // quirk: progress-time-loop
         window.progressLow =
             addToWindow(window.progressLow, progressShare(width, i - 1, iterations_));
         window.progressHigh =

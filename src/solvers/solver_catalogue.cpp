@@ -120,7 +120,8 @@ std::unique_ptr<LinearSolver> makePlainSolver(int id, const SolverSettings& sett
 
 CombinedPlan planCombinedSolver(int id, double tol, const InnerSettings& inner) {
     const SolverSettings given{inner.maxIter, inner.m, kCombinedTolerance};
-    // The caller's tolerance ends up as the restart length. quirk: gmresr-tolerance
+    // The caller's tolerance ends up as the restart length.
+    // quirk: gmresr-tolerance
     const SolverSettings truncated{inner.maxIter, toInt(tol), kCombinedTolerance};
     switch (id) {
         case kGmresrId:

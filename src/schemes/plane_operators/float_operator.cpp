@@ -10,7 +10,8 @@ namespace orv {
 FloatOperator::~FloatOperator() = default;
 
 void FloatOperator::prepareRegion(const DiscreteImage& mask) {
-    // The count that stands already goes into the length. quirk: float-region-length
+    // The count that stands already goes into the length.
+    // quirk: float-region-length
     regionCount_ = collectRegion(mask, regionKey_, regionCount_, regionXs_, regionYs_);
 }
 

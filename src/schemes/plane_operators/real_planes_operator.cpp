@@ -23,7 +23,8 @@ std::unique_ptr<RealImage3> RealPlanesOperator::apply(const RealImage3& source,
     ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
     for (int c = 0; c < 3 && !workCancelled(); ++c) {
-        // The lower end on entry is not added back. quirk: progress-slice
+        // The lower end on entry is not added back.
+        // quirk: progress-slice
         window.progressLow = progressShare(width, c, 3);
         window.progressHigh = progressShare(width, c + 1, 3);
         const WorkSlice slice(c, 3);
