@@ -73,6 +73,7 @@ check layers scripts/check_layers.py
 check sizes scripts/check_sizes.py
 check quirks scripts/check_quirks.py
 check words scripts/check_words.py
+check references scripts/check_references.py
 check headers headers
 check public-headers public_headers
 check shell shell
