@@ -52,6 +52,7 @@ std::unique_ptr<FloatImage3> FastDenoiserOperator::runPlanes(
     const FloatImage3& planes, std::unique_ptr<FloatImage3> target) {
     FidelityDiffusionFlow flow(sigma_, contrast_, fidelity_,
                                static_cast<int>(flowKindOf(flow_)), gradientNormId_);
+    // quirk: denoiser-substeps
     const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
         {scheme_, iterations_, solverIterations_, tau_, solverId_, /*cflSubsteps=*/true}, flow);
     if (scheme == nullptr) {
@@ -86,6 +87,7 @@ std::unique_ptr<FloatImage> FastDenoiserOperator::diffuse(const FloatImage& plan
                                                           float upper) const {
     FidelityDiffusionFlow flow(sigma_, contrast_, fidelity_,
                                static_cast<int>(flowKindOf(flow_)), gradientNormId_);
+    // quirk: denoiser-substeps
     const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
         {scheme_, iterations_, solverIterations_, tau_, solverId_, /*cflSubsteps=*/true}, flow);
     if (scheme == nullptr) {
