@@ -152,9 +152,11 @@ class Matrix {
     /// Keeps its place in the table; does nothing.
     virtual void ReservedProduct2();
 
-    /// Writes the header and the elements row by row to the file.
+    /// Writes the header and the elements row by row to the file, or to the standard output if
+    /// `file` is null. Every class has its form here.
+    /// Quirk:   shared-print-names
     virtual void PrintTo(std::FILE* file) const;
-    /// The same to the standard output, which is flushed.
+    /// PrintTo the standard output, which is flushed.
     virtual void Print() const;
 
     /// A new copy where a class gives it, else null.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "algebra/matrix.h"
+#include "algebra/storage/band_rows.h"
 
 namespace orv {
 
@@ -16,7 +17,8 @@ namespace orv {
 /// up with the column rising if each of these parts is ascending.
 class BandMatrix final : public Matrix {
   public:
-    /// Order n with `count` diagonals of zeros at the given positions (0 to 2n - 2).
+    /// Order n with `count` diagonals of zeros at the given positions; a position outside 0 to
+    /// 2n - 2 is left out.
     BandMatrix(int n, int count, const int* positions);
     /// Deep copy.
     BandMatrix(const BandMatrix& other);
@@ -48,20 +50,15 @@ class BandMatrix final : public Matrix {
     double StdDev() const override;
     void Scale(float a) override;
     void Divide(float a) override;
+    /// One diagonal after the other in the order of the positions, in float.
     std::unique_ptr<RealVector> MultiplyRange(const RealVector& x, int xFrom, int yFrom,
                                               unsigned char accumulate,
                                               std::unique_ptr<RealVector> y) const override;
-    /// y = A x, one diagonal after the other in the order of the positions, in float.
-    std::unique_ptr<RealVector> Multiply(const RealVector& x,
-                                         std::unique_ptr<RealVector> y) const override;
+    /// One diagonal after the other against the order of the positions, in float.
     std::unique_ptr<RealVector> MultiplyTransposedRange(
         const RealVector& x, int xFrom, int yFrom, unsigned char accumulate,
         std::unique_ptr<RealVector> y) const override;
-    /// y = A-transposed x, the diagonals in reverse order, in float.
-    std::unique_ptr<RealVector> MultiplyTransposed(
-        const RealVector& x, std::unique_ptr<RealVector> y) const override;
     void PrintTo(std::FILE* file) const override;
-    void Print() const override;
     std::unique_ptr<Matrix> ToStrictLower() const override;
     std::unique_ptr<Matrix> ToStrictUpper() const override;
     std::unique_ptr<Matrix> ToLower() const override;
@@ -141,13 +138,16 @@ class BandMatrix final : public Matrix {
     RealVector* diagonal(int position);
     /// The diagonal at `position` for direct access; null where nothing is stored.
     const RealVector* diagonal(int position) const;
+    /// The stored diagonals below the main one, in the order of the positions.
+    std::vector<BandStrand> lowerStrands() const;
+    /// The stored diagonals above the main one, in the order of the positions.
+    std::vector<BandStrand> upperStrands() const;
+    /// All stored diagonals, in the order of the positions.
+    std::vector<BandStrand> allStrands() const;
 
   private:
-    std::unique_ptr<Matrix> factorBand(bool unitUpper) const;
     std::unique_ptr<BandMatrix> part(int from, int count, bool addMain) const;
-    const RealVector* stored(int position) const;
-    void multiplyInto(const float* x, float* y) const;
-    void multiplyTransposedInto(const float* x, float* y) const;
+    std::vector<BandStrand> strands(int from, int count) const;
 
     int diagonalCount_;
     int center_;

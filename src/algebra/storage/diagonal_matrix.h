@@ -44,7 +44,6 @@ class DiagonalMatrix final : public Matrix {
     std::unique_ptr<RealVector> MultiplyTransposed(
         const RealVector& x, std::unique_ptr<RealVector> y) const override;
     void PrintTo(std::FILE* file) const override;
-    void Print() const override;
     std::unique_ptr<RealVector> Solve(const RealVector& b,
                                       std::unique_ptr<RealVector> x) const override;
     std::unique_ptr<Matrix> Inverse() const override;

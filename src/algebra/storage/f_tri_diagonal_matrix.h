@@ -52,15 +52,10 @@ class FTriDiagonalMatrix final : public Matrix {
     std::unique_ptr<RealVector> MultiplyRange(const RealVector& x, int xFrom, int yFrom,
                                               unsigned char accumulate,
                                               std::unique_ptr<RealVector> y) const override;
-    std::unique_ptr<RealVector> Multiply(const RealVector& x,
-                                         std::unique_ptr<RealVector> y) const override;
     std::unique_ptr<RealVector> MultiplyTransposedRange(
         const RealVector& x, int xFrom, int yFrom, unsigned char accumulate,
         std::unique_ptr<RealVector> y) const override;
-    std::unique_ptr<RealVector> MultiplyTransposed(
-        const RealVector& x, std::unique_ptr<RealVector> y) const override;
     void PrintTo(std::FILE* file) const override;
-    void Print() const override;
     std::unique_ptr<Matrix> ToStrictLower() const override;
     std::unique_ptr<Matrix> ToStrictUpper() const override;
     std::unique_ptr<Matrix> ToLower() const override;
@@ -102,9 +97,6 @@ class FTriDiagonalMatrix final : public Matrix {
     const RealVector& upper() const { return upper_; }
 
   private:
-    void addProduct(const float* below, const float* above, const float* x, float* y) const;
-    float neighbours(const RealVector& b, const float* x, int i) const;
-
     int length_;
     RealVector lower_;
     RealVector main_;

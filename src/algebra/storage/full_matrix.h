@@ -25,24 +25,17 @@ class FullMatrix final : public Matrix {
     double Min() const override;
     double Max() const override;
     double StdDev() const override;
-    void AddMatrix(const Matrix& other) override;
     void AddScalar(float a) override;
-    void SubtractMatrix(const Matrix& other) override;
     void SubtractScalar(float a) override;
     void Scale(float a) override;
     void Divide(float a) override;
     std::unique_ptr<RealVector> MultiplyRange(const RealVector& x, int xFrom, int yFrom,
                                               unsigned char accumulate,
                                               std::unique_ptr<RealVector> y) const override;
-    std::unique_ptr<RealVector> Multiply(const RealVector& x,
-                                         std::unique_ptr<RealVector> y) const override;
     std::unique_ptr<RealVector> MultiplyTransposedRange(
         const RealVector& x, int xFrom, int yFrom, unsigned char accumulate,
         std::unique_ptr<RealVector> y) const override;
-    std::unique_ptr<RealVector> MultiplyTransposed(
-        const RealVector& x, std::unique_ptr<RealVector> y) const override;
     void PrintTo(std::FILE* file) const override;
-    void Print() const override;
     std::unique_ptr<Matrix> Duplicate() const override;
     /// Row-wise elimination that keeps the pattern of the elements that aren't 0.
     ///
@@ -52,22 +45,15 @@ class FullMatrix final : public Matrix {
     ///
     /// Source:  Saad, Iterative Methods for Sparse Linear Systems, algorithm 10.4.
     std::unique_ptr<Matrix> IncompleteLU0() const override;
-    std::unique_ptr<Matrix> IncompleteFactor1() const override;
-    std::unique_ptr<Matrix> IncompleteFactor2() const override;
-    std::unique_ptr<Matrix> IncompleteFactor3(double tolerance) const override;
-    std::unique_ptr<Matrix> IncompleteFactor4() const override;
-    std::unique_ptr<Matrix> IncompleteFactor5() const override;
-    std::unique_ptr<Matrix> IncompleteFactor6() const override;
-    std::unique_ptr<Matrix> FullOnlyFactor() const override;
 
     /// Root of the sum of the squares.
-    double FrobeniusNorm2() const;
+    virtual double FrobeniusNorm2() const;
     /// Largest sum of magnitudes over the columns.
-    double MaxColumnSum() const;
+    virtual double MaxColumnSum() const;
     /// Largest sum of magnitudes over the rows.
-    double MaxRowSum() const;
+    virtual double MaxRowSum() const;
     /// Sum of the squares.
-    double SumOfSquares() const;
+    virtual double SumOfSquares() const;
 
     /// The n elements of column i, from row 0 on.
     float* column(int i);
