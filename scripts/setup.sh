@@ -9,6 +9,9 @@ orv_run_packages=(g++ cmake ninja-build pkg-config libvips-dev libcli11-dev pyth
 orv_test_packages=("${orv_run_packages[@]}" libgtest-dev)
 orv_ci_packages=("${orv_test_packages[@]}" libbenchmark-dev clang clang-format valgrind)
 
+# Not empty after packages were installed.
+orv_reconfigure=
+
 orv_say() {
     printf '%s\n' "$*" >&2
 }
@@ -87,10 +90,12 @@ orv_need() {
     # --assume-no prints the plan and stops; it then exits with 1.
     (LC_ALL=C apt-get install --assume-no --no-install-recommends "${missing[@]}" \
         </dev/null 2>/dev/null || true) |
-        sed -n -e 's/^0 upgraded, \([0-9]*\) newly.*/Installing \1 packages with what they need:/p' \
+        sed -n -e 's/^\([0-9]*\) upgraded, \([0-9]*\) newly.*/Installing \2 packages, upgrading \1:/p' \
             -e 's/^Need to get \(.*\) of archives\.$/  \1 to download/p' \
             -e 's/^After this operation, \(.*\) of additional disk space.*/  \1 on disk/p' >&2
     orv_logged "$log" orv_as_root env DEBIAN_FRONTEND=noninteractive "${install[@]}" "${missing[@]}"
+    # A build that was configured before has not seen the new packages.
+    orv_reconfigure=yes
 }
 
 # orv_logged LOG COMMAND...: runs it quietly; when it fails, shows the end of the log and stops.
@@ -113,7 +118,7 @@ orv_build() {
     mkdir -p "$folder" "$orv_root/build/log"
     exec 9>"$folder/.lock"
     flock 9 2>/dev/null || true
-    if [ ! -f "$folder/build.ninja" ]; then
+    if [ ! -f "$folder/build.ninja" ] || [ -n "$orv_reconfigure" ]; then
         orv_say "Building ($preset) in $folder; this happens once ..."
         (cd "$orv_root" && orv_logged "$log-configure.log" cmake --preset "$preset")
     fi
