@@ -7,6 +7,7 @@
 #include "algebra/storage/f_tri_diagonal_matrix.h"
 #include "base/rounding.h"
 #include "schemes/gradient_norms/gradient_norm_list.h"
+#include "schemes/kernels/diffusivity_plane.h"
 
 namespace orv {
 
@@ -53,6 +54,7 @@ DiffusionFlow::DiffusionFlow(double sigma, double contrast, int kind, int gradie
       contrast_(toFloat(contrast)),
       contrastSquared_(contrast_ * contrast_),
       kind_(static_cast<FlowKind>(kind)),
+      gradientNormId_(gradientNormId),
       norm_(GradientNormList(8).create(gradientNormId)) {}
 
 DiffusionFlow::~DiffusionFlow() = default;
@@ -66,6 +68,7 @@ void DiffusionFlow::update(const FloatImage& plane) {
                 /*solverId=*/0, /*iterations=*/1, /*solverIterations=*/1,
                 sigma_ * sigma_ * 0.5f, /*epsilon=*/0.0001f);
         }
+        presmoother_->setPlainPath(plainPath_);
         smoothed_ = presmoother_->apply(plane, std::move(smoothed_));
         taken = smoothed_.get();
     }
@@ -75,10 +78,14 @@ void DiffusionFlow::update(const FloatImage& plane) {
 std::unique_ptr<FloatImage> DiffusionFlow::computeDiffusivity(
     const FloatImage& plane, std::unique_ptr<FloatImage> target) {
     if (target == nullptr) {
-        target = plane.clone();
+        target = FloatImage::uninitialised(plane.width(), plane.height());
+    }
+    norm_->setImage(plane);
+    if (!plainPath_) {
+        fillDiffusivity(plane, gradientNormId_, kind_, contrastSquared_, *target);
+        return target;
     }
     target->fill(0.0f);
-    norm_->setImage(plane);
     for (int y = 1; y < plane.height() - 1; ++y) {
         for (int x = 1; x < plane.width() - 1; ++x) {
             const double n = norm_->interiorNorm(x, y);

@@ -51,6 +51,9 @@ class DiffusionFlow : public Flow {
     virtual std::unique_ptr<FloatImage> computeDiffusivity(const FloatImage& plane,
                                                            std::unique_ptr<FloatImage> target);
 
+    /// Forces the sample by sample loop over the norm, and the line by line path of the
+    /// presmoother, where the kernels give the same bits.
+    void setPlainPath(bool plain) { plainPath_ = plain; }
     /// The last diffusivity; null before the first update().
     const FloatImage* diffusivityPlane() const { return diffusivity_.get(); }
     /// The last presmoothed plane; null as long as none was needed.
@@ -67,6 +70,8 @@ class DiffusionFlow : public Flow {
     float contrast_;
     float contrastSquared_;
     FlowKind kind_;
+    int gradientNormId_;
+    bool plainPath_ = false;
     std::unique_ptr<HeatFlowOperator> presmoother_;
     std::unique_ptr<GradientNorm> norm_;
     std::unique_ptr<FloatImage> smoothed_;

@@ -9,6 +9,7 @@
 #include "base/text_output.h"
 #include "solvers/linear_solver.h"
 #include "solvers/linear_solver_list.h"
+#include "solvers/stationary/thomas_solver.h"
 
 namespace orv {
 
@@ -31,7 +32,13 @@ std::unique_ptr<FloatImage> HeatFlowOperator::apply(const FloatImage& source,
     // quirk: heat-flow-reuse
     const std::unique_ptr<FTriDiagonalMatrix> matrixX = lineMatrix(source.width());
     const std::unique_ptr<FTriDiagonalMatrix> matrixY = lineMatrix(source.height());
+    const bool byKernels =
+        !plainPath_ && dynamic_cast<const ThomasSolver*>(solver_.get()) != nullptr;
     for (int i = 0; i < iterations_; ++i) {
+        if (byKernels) {
+            smoothByKernels(*matrixX, *matrixY, *target);
+            continue;
+        }
         smoothLinesX(*matrixX, *target);
         smoothLinesY(*matrixY, *target);
     }
@@ -50,6 +57,18 @@ std::unique_ptr<FTriDiagonalMatrix> HeatFlowOperator::lineMatrix(int n) const {
     matrix->main()[0] = tau_ + 1.0f;
     matrix->main()[n - 1] = tau_ + 1.0f;
     return matrix;
+}
+
+void HeatFlowOperator::smoothByKernels(const FTriDiagonalMatrix& matrixX,
+                                       const FTriDiagonalMatrix& matrixY, FloatImage& plane) {
+    const auto factorsOf = [](const Matrix& lu) {
+        const auto& f = static_cast<const FTriDiagonalMatrix&>(lu);
+        return LineFactors{f.lower().data(), f.main().data(), f.upper().data(), f.Rows()};
+    };
+    const std::unique_ptr<Matrix> luX = matrixX.FactorLU();
+    const std::unique_ptr<Matrix> luY = matrixY.FactorLU();
+    passes_.solveRows(factorsOf(*luX), plane);
+    passes_.solveColumns(factorsOf(*luY), plane);
 }
 
 void HeatFlowOperator::smoothLinesX(const FTriDiagonalMatrix& matrix, FloatImage& plane) {

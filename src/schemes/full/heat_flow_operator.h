@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "images/float_image.h"
+#include "schemes/kernels/line_passes.h"
 #include "schemes/plane_operators/float_operator.h"
 
 namespace orv {
@@ -36,7 +37,12 @@ class HeatFlowOperator final : public FloatOperator {
     /// Writes "HeatFlow: 2D Linear Solver".
     void printName(std::FILE* file) const override;
 
+    /// Forces the line by line path through the solver where the kernels give the same bits.
+    void setPlainPath(bool plain) { plainPath_ = plain; }
+
   private:
+    void smoothByKernels(const FTriDiagonalMatrix& matrixX, const FTriDiagonalMatrix& matrixY,
+                         FloatImage& plane);
     std::unique_ptr<FTriDiagonalMatrix> lineMatrix(int n) const;
     void smoothLinesX(const FTriDiagonalMatrix& matrix, FloatImage& plane);
     void smoothLinesY(const FTriDiagonalMatrix& matrix, FloatImage& plane);
@@ -46,6 +52,8 @@ class HeatFlowOperator final : public FloatOperator {
     float tau_;
     float epsilon_;
     std::unique_ptr<LinearSolver> solver_;
+    LinePasses passes_;
+    bool plainPath_ = false;
 };
 
 }  // namespace orv

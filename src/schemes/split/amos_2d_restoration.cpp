@@ -38,6 +38,12 @@ std::unique_ptr<FloatImage> Amos2DRestoration::step(const FloatImage& source,
 
 void Amos2DRestoration::crankNicolsonLinesX(const Pass& pass, float substep, int count) {
     const WorkSlice slice(pass.index, pass.count);
+    LineFlow kernelLines;
+    if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
+        runLinesX(pass, kernelLines,
+                  {.products = count, .productStep = substep, .solveStep = pass.tau});
+        return;
+    }
     const int lines = pass.source.height();
     for (int y = 0; y < lines && beginLine(y, lines); ++y) {
         rhsX_ = flow_->lineVectorX(pass.from, y, std::move(rhsX_));
@@ -52,6 +58,12 @@ void Amos2DRestoration::crankNicolsonLinesX(const Pass& pass, float substep, int
 
 void Amos2DRestoration::crankNicolsonLinesY(const Pass& pass, float substep, int count) {
     const WorkSlice slice(pass.index, pass.count);
+    LineFlow kernelLines;
+    if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
+        runLinesY(pass, kernelLines,
+                  {.products = count, .productStep = substep, .solveStep = pass.tau});
+        return;
+    }
     const int lines = pass.source.width();
     for (int x = 0; x < lines && beginLine(x, lines); ++x) {
         rhsY_ = flow_->lineVectorY(pass.from, x, std::move(rhsY_));

@@ -20,6 +20,24 @@ int progressAt(int start, int share) {
     return static_cast<int>(static_cast<unsigned>(start) + static_cast<unsigned>(share));
 }
 
+// Tells the host of each line; its scale is fixed by the window at the start of the step.
+class HostReports final : public LineObserver {
+  public:
+    HostReports(int start, long long width) : start_(start), width_(width) {}
+
+    bool beginLine(int line, int lines) override {
+        if (!LineObserver::beginLine(line, lines)) {
+            return false;
+        }
+        reportProgress(progressAt(start_, progressShare(width_, line, 2LL * lines)));
+        return true;
+    }
+
+  private:
+    int start_;
+    long long width_;
+};
+
 }  // namespace
 
 Aos2DRestoration::~Aos2DRestoration() = default;
@@ -46,6 +64,12 @@ void Aos2DRestoration::solveRows(float t, const FloatImage& source, FloatImage& 
     const WorkSlice slice(0, 2);
     const ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
+    LineFlow kernelLines;
+    if (linesByKernels(source, /*products=*/false, kernelLines)) {
+        HostReports reports(window.progressLow, width);
+        passes_.alongX(kernelLines, {.solveStep = t}, source, target, reports);
+        return;
+    }
     const int lines = source.height();
     for (int y = 0; y < lines && beginLine(y, lines); ++y) {
         reportProgress(progressAt(window.progressLow, progressShare(width, y, 2LL * lines)));
@@ -61,6 +85,12 @@ void Aos2DRestoration::solveColumns(float t, const FloatImage& source, FloatImag
     const ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
     const int middle = progressAt(window.progressLow, progressShare(width, 1, 2));
+    LineFlow kernelLines;
+    if (linesByKernels(source, /*products=*/false, kernelLines)) {
+        HostReports reports(middle, width);
+        passes_.alongY(kernelLines, {.solveStep = t, .average = true}, source, target, reports);
+        return;
+    }
     const int lines = source.width();
     for (int x = 0; x < lines && beginLine(x, lines); ++x) {
         reportProgress(progressAt(middle, progressShare(width, x, 2LL * lines)));

@@ -38,6 +38,12 @@ std::unique_ptr<FloatImage> CflAdi2DRestoration::step(const FloatImage& source,
 
 void CflAdi2DRestoration::multiplyLinesX(const Pass& pass, int count) {
     const WorkSlice slice(pass.index, pass.count);
+    LineFlow kernelLines;
+    if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
+        runLinesX(pass, kernelLines,
+                  {.products = count, .productStep = pass.tau, .solve = false});
+        return;
+    }
     const int lines = pass.source.height();
     for (int y = 0; y < lines && beginLine(y, lines); ++y) {
         rhsX_ = flow_->lineVectorX(pass.from, y, std::move(rhsX_));
@@ -49,6 +55,12 @@ void CflAdi2DRestoration::multiplyLinesX(const Pass& pass, int count) {
 
 void CflAdi2DRestoration::multiplyLinesY(const Pass& pass, int count) {
     const WorkSlice slice(pass.index, pass.count);
+    LineFlow kernelLines;
+    if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
+        runLinesY(pass, kernelLines,
+                  {.products = count, .productStep = pass.tau, .solve = false});
+        return;
+    }
     const int lines = pass.source.width();
     for (int x = 0; x < lines && beginLine(x, lines); ++x) {
         rhsY_ = flow_->lineVectorY(pass.from, x, std::move(rhsY_));

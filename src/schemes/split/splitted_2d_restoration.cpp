@@ -66,6 +66,11 @@ std::unique_ptr<LinearSolver> Splitted2DRestoration::otherSolver(
 
 void Splitted2DRestoration::solveLinesX(const Pass& pass, std::unique_ptr<Matrix>& matrix) {
     const WorkSlice slice(pass.index, pass.count);
+    LineFlow kernelLines;
+    if (linesByKernels(pass.source, /*products=*/false, kernelLines)) {
+        runLinesX(pass, kernelLines, {.solveStep = pass.tau});
+        return;
+    }
     const int lines = pass.source.height();
     for (int y = 0; y < lines && beginLine(y, lines); ++y) {
         rhsX_ = flow_->lineVectorX(pass.from, y, std::move(rhsX_));
@@ -78,6 +83,11 @@ void Splitted2DRestoration::solveLinesX(const Pass& pass, std::unique_ptr<Matrix
 
 void Splitted2DRestoration::solveLinesY(const Pass& pass, std::unique_ptr<Matrix>& matrix) {
     const WorkSlice slice(pass.index, pass.count);
+    LineFlow kernelLines;
+    if (linesByKernels(pass.source, /*products=*/false, kernelLines)) {
+        runLinesY(pass, kernelLines, {.solveStep = pass.tau});
+        return;
+    }
     const int lines = pass.source.width();
     for (int x = 0; x < lines && beginLine(x, lines); ++x) {
         rhsY_ = flow_->lineVectorY(pass.from, x, std::move(rhsY_));
@@ -118,6 +128,26 @@ void Splitted2DRestoration::storeY(int x, Store store, FloatImage& to) {
     for (int y = 0; y < to.height(); ++y) {
         column[y] = ((*solutionY_)[y] + column[y]) * 0.5f;
     }
+}
+
+bool Splitted2DRestoration::linesByKernels(const FloatImage& source, bool products,
+                                           LineFlow& lines) const {
+    const bool longEnough = !products || (source.width() > 1 && source.height() > 1);
+    return !plainPath_ && solverId_ == 0 && longEnough && describeLines(*flow_, lines);
+}
+
+void Splitted2DRestoration::runLinesX(const Pass& pass, const LineFlow& lines,
+                                      LineStage stage) {
+    LineObserver account;
+    stage.average = pass.store == Store::Average;
+    passes_.alongX(lines, stage, pass.from, pass.to, account);
+}
+
+void Splitted2DRestoration::runLinesY(const Pass& pass, const LineFlow& lines,
+                                      LineStage stage) {
+    LineObserver account;
+    stage.average = pass.store == Store::Average;
+    passes_.alongY(lines, stage, pass.from, pass.to, account);
 }
 
 bool Splitted2DRestoration::beginLine(int line, int lines) {

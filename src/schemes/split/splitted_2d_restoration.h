@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "images/float_image.h"
+#include "schemes/kernels/line_passes.h"
 #include "schemes/simple_anisotropic_operator.h"
 
 namespace orv {
@@ -81,6 +82,13 @@ class Splitted2DRestoration : public SimpleAnisotropicOperator {
     /// Keeps the account of a pass at the head of each line; false once the work is cancelled.
     static bool beginLine(int line, int lines);
 
+    /// Whether the kernels can do the passes: solver 0, a flow of this library, and with
+    /// products no side of one sample. Call it after the flow is updated.
+    bool linesByKernels(const FloatImage& source, bool products, LineFlow& lines) const;
+    /// A whole pass by the kernels.
+    void runLinesX(const Pass& pass, const LineFlow& lines, LineStage stage);
+    void runLinesY(const Pass& pass, const LineFlow& lines, LineStage stage);
+
     int solverId_;
     std::unique_ptr<LinearSolver> solverX_;
     std::unique_ptr<LinearSolver> solverY_;
@@ -88,6 +96,7 @@ class Splitted2DRestoration : public SimpleAnisotropicOperator {
     std::unique_ptr<RealVector> solutionX_;
     std::unique_ptr<RealVector> rhsY_;
     std::unique_ptr<RealVector> solutionY_;
+    LinePasses passes_;
     bool plainPath_ = false;
 
   private:

@@ -1,0 +1,3 @@
+#include "schemes/kernels/diffusivity_kernels.h"
+
+#include "schemes/kernels/diffusivity_kernels.inl"

@@ -1,0 +1,3 @@
+#include "schemes/kernels/line_kernels.h"
+
+#include "schemes/kernels/line_kernels.inl"
