@@ -20,7 +20,10 @@ namespace orv {
 /// Shapes:  A n x n; b, u, r, t, z and the 2 l directions n floats.
 /// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
 ///          most maxIter outer iterations.
-/// Fails:   h = 0 is not tested: u fills with NaN and the loop runs to maxIter.
+/// Fails:   h = 0 is not tested: u fills with NaN and the loop runs to maxIter. This comes near
+///          when the inner solver gives its start vector back, as CBB does for residuals below
+///          0.01, since the new direction is then the old one. Few iterations, up to 5 on lines
+///          of grey levels, stay clear of it as a rule.
 /// Cost:    an inner solve, a product and 3 k + 3 vector passes an iteration;
 ///          (2 l + 3) n floats kept.
 /// Source:  [VanDerVorstVuik1994]

@@ -1,0 +1,159 @@
+#include "solvers/gmres/combined_krylov_solver.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "solvers/gradient/cbb_solver.h"
+#include "solvers/stationary/gauss_seidel_solver.h"
+#include "solvers/stationary/thomas_solver.h"
+#include "support/solver_systems.h"
+
+namespace orv {
+namespace {
+
+using test::denseSolve;
+using test::diffusionLine;
+using test::dominantMatrix;
+using test::largestError;
+using test::residualNorm;
+using test::sameVectorBits;
+using test::start;
+using test::wavyVector;
+
+std::unique_ptr<LinearSolver> cbb() {
+    return std::make_unique<CbbSolver>(5, 0.0001);
+}
+
+/// An inner solver that gives the right-hand side back and notes its start vectors.
+class IdentitySolver : public LinearSolver {
+  public:
+    explicit IdentitySolver(std::vector<RealVector>* starts) : starts_(starts) {}
+    std::unique_ptr<RealVector> Solve(const Matrix& A, const RealVector& b, bool /*rebuild*/,
+                                      std::unique_ptr<RealVector> u) override {
+        return Solve(A, b, std::move(u));
+    }
+    std::unique_ptr<RealVector> Solve(const Matrix& /*A*/, const RealVector& b,
+                                      std::unique_ptr<RealVector> u) override {
+        starts_->push_back(*u);
+        u->CopyFrom(b);
+        return u;
+    }
+
+  private:
+    std::vector<RealVector>* starts_;
+};
+
+TEST(CombinedKrylovSolver, SolvesDiffusionLinesWithAnInnerDescent) {
+    // Looser than the tolerance of the inner descent, which stops at residuals of 0.01 and from
+    // there on hands its start vector back.
+    CombinedKrylovSolver solver(10, 5, cbb(), 0.05);
+    for (const int n : {2, 3, 9, 40, 200}) {
+        const FTriDiagonalMatrix A = diffusionLine(n, 2.0F);
+        const RealVector b = wavyVector(n);
+
+        const auto u = solver.Solve(A, b, nullptr);
+
+        EXPECT_TRUE(solver.converged()) << n;
+        // The smallest eigenvalue is 1, so the error is within the residual norm.
+        EXPECT_LT(residualNorm(A, b, *u), 0.051) << n;
+        EXPECT_LT(largestError(*u, denseSolve(A, b)), 0.051) << n;
+    }
+}
+
+TEST(CombinedKrylovSolver, LetsAZeroImageThroughAsNan) {
+    const FullMatrix zero(3, 0.0F);
+    CombinedKrylovSolver solver(4, 2, std::make_unique<GaussSeidelSolver>(0, 0.0), 0.0001);
+
+    const auto u = solver.Solve(zero, wavyVector(3), nullptr);
+
+    EXPECT_TRUE(std::isnan((*u)[0]));
+    EXPECT_FALSE(solver.converged());
+}
+
+TEST(CombinedKrylovSolver, SolvesSystemsWithoutSymmetry) {
+    CombinedKrylovSolver solver(50, 3, std::make_unique<GaussSeidelSolver>(2, 0.0), 0.0005);
+    const FullMatrix A = dominantMatrix(20);
+    const RealVector b = wavyVector(20);
+
+    const auto u = solver.Solve(A, b, nullptr);
+
+    EXPECT_TRUE(solver.converged());
+    EXPECT_LT(largestError(*u, denseSolve(A, b)), 1e-4);
+}
+
+TEST(CombinedKrylovSolver, ReturnsASolvedStartWithConvergedLow) {
+    CombinedKrylovSolver solver(50, 5, cbb(), 0.0001);
+    const FTriDiagonalMatrix A = diffusionLine(5, 1.0F);
+    const RealVector solution(5, 3.0F);
+
+    const auto u = solver.Solve(A, solution, start(solution));
+
+    EXPECT_TRUE(sameVectorBits(*u, solution));
+    EXPECT_FALSE(solver.converged());
+}
+
+TEST(CombinedKrylovSolver, LiftsFewerThanTwoDirectionsToTwo) {
+    for (const int l : {-1, 0, 1, 2}) {
+        EXPECT_EQ(CombinedKrylovSolver(10, l, cbb(), 0.1).directions(), 2) << l;
+    }
+    EXPECT_EQ(CombinedKrylovSolver(10, 3, cbb(), 0.1).directions(), 3);
+}
+
+TEST(CombinedKrylovSolver, DropsAllDirectionsAtOnceAndStartsAgainFromTheResidual) {
+    std::vector<RealVector> starts;
+    CombinedKrylovSolver solver(3, 2, std::make_unique<IdentitySolver>(&starts), 1e-12);
+    const FTriDiagonalMatrix A = diffusionLine(6, 3.0F);
+    const RealVector b = wavyVector(6);
+    CombinedKrylovSolver twoSteps(2, 2, std::make_unique<IdentitySolver>(&starts), 1e-12);
+    const auto afterTwo = twoSteps.Solve(A, b, nullptr);
+    starts.clear();
+
+    (void)solver.Solve(A, b, nullptr);
+
+    ASSERT_EQ(starts.size(), 3U);
+    // The third inner solve begins with the residual that two steps leave; the tolerance is
+    // the rounding of the recurred residual.
+    const RealVector& third = starts[2];
+    const auto product = A.Multiply(*afterTwo, nullptr);
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_NEAR(third[i], b[i] - (*product)[i], 1e-4) << i;
+    }
+}
+
+TEST(CombinedKrylovSolver, StartsEachInnerSolveFromTheLastDirection) {
+    std::vector<RealVector> starts;
+    CombinedKrylovSolver solver(2, 5, std::make_unique<IdentitySolver>(&starts), 1e-12);
+    const FTriDiagonalMatrix A = diffusionLine(6, 3.0F);
+    const RealVector b = wavyVector(6);
+
+    (void)solver.Solve(A, b, start(RealVector(6)));
+
+    // The first direction is the start residual, here b itself, and so is the next start.
+    ASSERT_EQ(starts.size(), 2U);
+    EXPECT_TRUE(sameVectorBits(starts[0], b));
+    EXPECT_TRUE(sameVectorBits(starts[1], b));
+}
+
+TEST(CombinedKrylovSolver, ConvergesAtOnceWithADirectInnerSolver) {
+    CombinedKrylovSolver solver(1, 2, std::make_unique<ThomasSolver>(), 0.001);
+    const FTriDiagonalMatrix A = diffusionLine(30, 2.0F);
+
+    const auto u = solver.Solve(A, wavyVector(30), nullptr);
+
+    EXPECT_TRUE(solver.converged());
+    EXPECT_LT(largestError(*u, denseSolve(A, wavyVector(30))), 1e-3);
+}
+
+TEST(CombinedKrylovSolver, IteratesNothingWithALimitOfZero) {
+    CombinedKrylovSolver solver(0, 2, cbb(), 0.0001);
+    const RealVector b = wavyVector(4);
+
+    EXPECT_TRUE(sameVectorBits(*solver.Solve(diffusionLine(4, 1.0F), b, nullptr), b));
+}
+
+}  // namespace
+}  // namespace orv

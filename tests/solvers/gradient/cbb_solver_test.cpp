@@ -1,0 +1,87 @@
+#include "solvers/gradient/cbb_solver.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <utility>
+
+#include "support/solver_systems.h"
+
+namespace orv {
+namespace {
+
+using test::denseSolve;
+using test::diffusionLine;
+using test::largestError;
+using test::residualNorm;
+using test::sameVectorBits;
+using test::start;
+using test::wavyVector;
+
+TEST(CbbSolver, SolvesSymmetricSystems) {
+    CbbSolver solver(500, 1e-7);
+    for (const int n : {1, 2, 3, 9, 40}) {
+        const FTriDiagonalMatrix A = diffusionLine(n, 2.0F);
+
+        const auto u = solver.Solve(A, wavyVector(n), nullptr);
+
+        EXPECT_TRUE(solver.converged()) << n;
+        // The residual norm is below sqrt(1e-7) and the smallest eigenvalue is 1.
+        EXPECT_LT(largestError(*u, denseSolve(A, wavyVector(n))), 1e-3) << n;
+    }
+}
+
+TEST(CbbSolver, StartsFromTheRightHandSideWhenNoStartIsGiven) {
+    const FTriDiagonalMatrix A = diffusionLine(6, 1.0F);
+    const RealVector b = wavyVector(6);
+    CbbSolver solver(2, 1e-12);
+
+    const auto fromNull = solver.Solve(A, b, nullptr);
+
+    EXPECT_TRUE(sameVectorBits(*fromNull, *solver.Solve(A, b, start(b))));
+    EXPECT_FALSE(sameVectorBits(*fromNull, *solver.Solve(A, b, start(RealVector(6)))));
+}
+
+TEST(CbbSolver, StopsInItsFirstIterationOnZeroData) {
+    CbbSolver solver(50, 0.0001);
+
+    const auto u = solver.Solve(diffusionLine(6, 1.0F), RealVector(6), start(RealVector(6)));
+
+    EXPECT_TRUE(solver.converged());
+    EXPECT_TRUE(sameVectorBits(*u, RealVector(6)));
+}
+
+TEST(CbbSolver, TakesTwoCauchyStepsAtOnce) {
+    // A = 2, b = 0, u = 3: g = 6, lambda = 36 / 72; u = 3 - 2 0.5 6 + 0.25 12 = 0.
+    FullMatrix A(1, 2.0F);
+    CbbSolver solver(1, 1e-9);
+
+    const auto u = solver.Solve(A, RealVector(1), start(RealVector(1, 3.0F)));
+
+    EXPECT_EQ((*u)[0], 0.0F);
+    EXPECT_FALSE(solver.converged());
+}
+
+TEST(CbbSolver, ReturnsTheStartWithoutIterations) {
+    CbbSolver solver(0, 0.0001);
+
+    const auto u = solver.Solve(diffusionLine(4, 1.0F), wavyVector(4), nullptr);
+
+    EXPECT_TRUE(sameVectorBits(*u, wavyVector(4)));
+}
+
+TEST(Quirk, CbbSquaredNorm) {
+    // The residual norm 0.005 is far above the tolerance 0.0001, its square is below.
+    FullMatrix A(1, 1.0F);
+    const RealVector b(1, 1.0F);
+    CbbSolver solver(10, 0.0001);
+
+    const auto u = solver.Solve(A, b, start(RealVector(1, 1.005F)));
+
+    EXPECT_TRUE(solver.converged());
+    EXPECT_EQ((*u)[0], 1.005F);
+    EXPECT_GT(residualNorm(A, b, *u), solver.tol());
+}
+
+}  // namespace
+}  // namespace orv
