@@ -27,7 +27,10 @@ TEST(SchemeProperties, FlatPlaneStaysFlatUnderEverySchemeAndKind) {
         for (const Scheme scheme : kAllSchemes) {
             for (const int kind : kFlowKinds) {
                 SCOPED_TRACE(traceOf(scheme, kind, size));
-                DiffusionFlow flow(1.0, 10.0, kind, 0);
+                // Presmoothing leaves roundings, where the TV diffusivity of up to 100 makes the
+                // explicit half steps unstable; a plane that is exactly flat has 1 instead.
+                const double sigma = kind == 2 ? 0.0 : 1.0;
+                DiffusionFlow flow(sigma, 10.0, kind, 0);
 
                 const auto result =
                     makeScheme(scheme, &flow, {.tau = 3.5})->apply(flat, nullptr);
