@@ -1,0 +1,55 @@
+#include "methods/denoise_method.h"
+
+#include <array>
+#include <utility>
+
+#include "methods/diffusion_choices.h"
+#include "methods/diffusion_run.h"
+#include "methods/solver_listing.h"
+#include "operators/diffusion/fast_denoiser_operator.h"
+#include "operators/diffusion/flow_table.h"
+#include "operators/diffusion/scheme_table.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::array<Parameter, 10> kParameters{
+    choice("scheme", kSchemeAos, schemeChoices, kSchemeHelp),
+    choice("flow", kFlowVariational, flowChoices, kFlowHelp),
+    numberedChoice("solver", 0, solverChoices, kSolverHelp),
+    integer("solver-iterations", "iterations", 50, 1, 10000, kSolverIterationsHelp),
+    real("tau", "pixels^2", 2.0, 0.0, kLongestTau, kTauHelp),
+    real("sigma", "pixels", 1.0, 0.0, 64.0, kSigmaHelp),
+    real("contrast", "grey levels", 10.0, 0.01, 1000.0, kContrastHelp),
+    real("fidelity", "", 0.1, 0.0, 1000.0, "pull back toward the source; more keeps more"),
+    choice("norm", 0, gradientNormChoices, kNormHelp),
+    integer("steps", "steps", 1, 1, 1000, kStepsHelp),
+};
+
+constexpr std::array<std::string_view, 2> kLiterature{
+    "Rudin, Osher, Fatemi: Nonlinear total variation based noise removal algorithms, 1992",
+    "Nordstrom: Biased anisotropic diffusion, 1990",
+};
+
+MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
+    // The engine splits the explicit half steps of the denoiser whatever it is told.
+    constexpr bool kSubsteps = true;
+    const auto makeStep = [&] {
+        return stepOf(std::make_shared<FastDenoiserOperator>(
+            arguments.integer("scheme"), /*iterations=*/1,
+            arguments.integer("solver-iterations"), arguments.real("tau"),
+            arguments.real("sigma"), arguments.real("contrast"), arguments.real("fidelity"),
+            arguments.integer("solver"), kSubsteps, arguments.integer("flow"),
+            arguments.integer("norm")));
+    };
+    return runDiffusion(std::move(planes), arguments, kSubsteps, makeStep, progress);
+}
+
+}  // namespace
+
+constinit const Method kDenoiseMethod{
+    "denoise", "Remove noise by diffusion that is held to the source picture", kParameters,
+    kLiterature, run};
+
+}  // namespace orv

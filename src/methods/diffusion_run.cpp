@@ -1,0 +1,184 @@
+#include "methods/diffusion_run.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include "base/text_output.h"
+#include "exports/progress_window.h"
+#include "exports/work_window.h"
+#include "operators/diffusion/scheme_table.h"
+#include "solvers/linear_solver_list.h"
+
+namespace orv {
+
+namespace {
+
+constexpr int kThomas = 0;
+/// What the band factors of an unsplit scheme may take, bytes.
+constexpr double kMostFactorBytes = 4.0e9;
+
+/// Hands the engine's account of work on to a progress function, one step after another.
+class StepObserver : public WorkObserver {
+  public:
+    StepObserver(const Progress& progress, int steps) : progress_(progress), steps_(steps) {}
+
+    bool onWork(double done) override {
+        furthest_ = std::max(furthest_, std::min(1.0, (step_ + done) / steps_));
+        return progress_ ? progress_(furthest_) : true;
+    }
+    void nextStep() { ++step_; }
+
+  private:
+    const Progress& progress_;
+    int steps_;
+    int step_ = 0;
+    double furthest_ = 0.0;
+};
+
+/// Keeps a host's callback out of the run and its range as it was.
+class HostProgressPause {
+  public:
+    HostProgressPause() : saved_(progressWindow()) { progressWindow().callback = nullptr; }
+    ~HostProgressPause() { progressWindow() = saved_; }
+    HostProgressPause(const HostProgressPause&) = delete;
+    HostProgressPause& operator=(const HostProgressPause&) = delete;
+
+  private:
+    ProgressWindow saved_;
+};
+
+bool allFinite(const FloatImage& plane) {
+    // The difference of a finite sample with itself is 0, of any other sample NaN.
+    const float* const samples = plane.data();
+    float sum = 0.0f;
+    for (std::size_t i = 0; i < plane.sampleCount(); ++i) {
+        sum += samples[i] - samples[i];
+    }
+    return sum == 0.0f;
+}
+
+bool allFinite(const Planes& planes) {
+    return std::all_of(planes.begin(), planes.end(),
+                       [](const auto& plane) { return allFinite(*plane); });
+}
+
+MethodResult failure(std::string error) {
+    MethodResult result;
+    result.error = std::move(error);
+    return result;
+}
+
+std::string planesRefusal(const Planes& planes) {
+    if (planes.size() != 1 && planes.size() != 3) {
+        return "takes 1 or 3 planes, not " + std::to_string(planes.size());
+    }
+    for (const auto& plane : planes) {
+        if (plane == nullptr || plane->width() < 1 || plane->height() < 1 ||
+            plane->width() != planes[0]->width() || plane->height() != planes[0]->height()) {
+            return "the planes are empty or of unequal size";
+        }
+    }
+    if (!allFinite(planes)) {
+        return "the picture holds samples that aren't finite numbers";
+    }
+    return {};
+}
+
+Planes oneStep(Planes planes, const DiffusionStep& step) {
+    if (planes.size() == 1) {
+        planes[0] = step.onePlane(*planes[0]);
+        return planes;
+    }
+    const int width = planes[0]->width();
+    const int height = planes[0]->height();
+    // Its zero planes are replaced at once; the constructor is the one way to set the size.
+    FloatImage3 colour(width, height);
+    for (int i = 0; i < 3; ++i) {
+        colour.setPlane(i, std::move(planes[static_cast<std::size_t>(i)]));
+    }
+    const auto result = step.threePlanes(colour);
+    for (int i = 0; i < 3; ++i) {
+        planes[static_cast<std::size_t>(i)] = result ? result->takePlane(i) : nullptr;
+    }
+    return planes;
+}
+
+}  // namespace
+
+std::string diffusionRefusal(const Arguments& arguments, bool substeps, int width, int height) {
+    const int scheme = arguments.integer("scheme");
+    const int solver = arguments.integer("solver");
+    const std::string schemeName(arguments.choiceName("scheme"));
+    const std::string solverName(arguments.choiceName("solver"));
+
+    LinearSolverList list(50, 10);
+    if (list.Create(solver, /*maxIter=*/1, /*m=*/2, /*tol=*/1e-4) == nullptr) {
+        return "this build lacks the solver " + solverName;
+    }
+    if (!solverFitsScheme(solver, scheme)) {
+        return "the solver " + solverName + " can't work on the lines of the scheme " +
+               schemeName + "; it takes 2DSemi or 2DImplicit";
+    }
+    if (!schemeFitsSize(scheme, width, height)) {
+        return "the scheme " + schemeName + " needs at least 2 x 2 pixels, this picture has " +
+               std::to_string(width) + " x " + std::to_string(height);
+    }
+    if (!subStepsFit(scheme, arguments.real("tau"), substeps)) {
+        return "tau " + numberText(arguments.real("tau")) +
+               " asks for more explicit sub-steps than can be counted";
+    }
+    const double factorBytes = 4.0 * width * height * (2.0 * width + 1.0);
+    if ((scheme == kScheme2DSemi || scheme == kScheme2DImplicit) && solver == kThomas &&
+        factorBytes > kMostFactorBytes) {
+        return "the factors of Thomas on " + std::to_string(width) + " x " +
+               std::to_string(height) + " pixels at once would take " +
+               std::to_string(static_cast<long>(factorBytes / 1e9)) +
+               " GB; take an iterative solver such as CG, or a split scheme such as AOS";
+    }
+    return {};
+}
+
+MethodResult runDiffusion(Planes planes, const Arguments& arguments, bool substeps,
+                          const std::function<DiffusionStep()>& makeStep,
+                          const Progress& progress) {
+    std::string refusal = planesRefusal(planes);
+    if (refusal.empty()) {
+        refusal =
+            diffusionRefusal(arguments, substeps, planes[0]->width(), planes[0]->height());
+    }
+    if (!refusal.empty()) {
+        return failure(std::move(refusal));
+    }
+
+    const int steps = arguments.integer("steps");
+    StepObserver observer(progress, steps);
+    const SilencedOutput silence;
+    const HostProgressPause pause;
+    for (int i = 0; i < steps; ++i) {
+        {
+            const WorkObserverScope scope(&observer);
+            planes = oneStep(std::move(planes), makeStep());
+            if (workCancelled()) {
+                MethodResult stopped;
+                stopped.cancelled = true;
+                return stopped;
+            }
+        }
+        if (planes[0] == nullptr || !allFinite(planes)) {
+            return failure("the solver " + std::string(arguments.choiceName("solver")) +
+                           " diverged with these parameters; take Thomas, or a smaller tau");
+        }
+        observer.nextStep();
+    }
+
+    for (const auto& plane : planes) {
+        plane->clamp(0.0f, 255.0f);
+    }
+    MethodResult result;
+    result.planes = std::move(planes);
+    return result;
+}
+
+}  // namespace orv

@@ -1,0 +1,108 @@
+#include "methods/interleaved_planes.h"
+
+#include <cstring>
+#include <utility>
+
+#include "images/interleaved_samples.h"
+
+namespace orv {
+
+namespace {
+
+/// Grey levels of white on planes.
+constexpr float kWhite = 255.0f;
+
+/// White of a sample type.
+template <typename Sample>
+constexpr float kWhiteSample = sizeof(Sample) == 1 ? 255.0f : 65535.0f;
+template <>
+constexpr float kWhiteSample<float> = 1.0f;
+
+/// The bytes as samples: memory of operator new suits every sample type.
+template <typename Sample, typename Bytes>
+SampleGrid<Sample> gridOf(Bytes& bytes, const InterleavedSamples& samples, int channel) {
+    const std::size_t stride =
+        static_cast<std::size_t>(samples.width) * static_cast<std::size_t>(samples.channels);
+    return channelGrid(reinterpret_cast<Sample*>(bytes.data()), samples.channels, stride,
+                       channel, samples.width, samples.height);
+}
+
+template <typename Sample>
+void readPlane(const InterleavedSamples& samples, int channel, FloatImage& plane) {
+    readInterleaved(gridOf<const Sample>(samples.bytes, samples, channel),
+                    kWhite / kWhiteSample<Sample>, plane);
+}
+
+template <typename Sample>
+void writePlane(const FloatImage& plane, int channel, InterleavedSamples& samples) {
+    writeInterleaved(plane, kWhiteSample<Sample> / kWhite, kWhiteSample<Sample>,
+                     gridOf<Sample>(samples.bytes, samples, channel));
+}
+
+}  // namespace
+
+std::size_t bytesOf(SampleDepth depth) {
+    switch (depth) {
+        case SampleDepth::Bits8:
+            return 1;
+        case SampleDepth::Bits16:
+            return 2;
+        case SampleDepth::Float:
+            break;
+    }
+    return 4;
+}
+
+Planes planesOf(const InterleavedSamples& samples, int colours) {
+    Planes planes;
+    for (int channel = 0; channel < colours; ++channel) {
+        auto plane = FloatImage::uninitialised(samples.width, samples.height);
+        switch (samples.depth) {
+            case SampleDepth::Bits8:
+                readPlane<unsigned char>(samples, channel, *plane);
+                break;
+            case SampleDepth::Bits16:
+                readPlane<unsigned short>(samples, channel, *plane);
+                break;
+            case SampleDepth::Float:
+                readPlane<float>(samples, channel, *plane);
+                break;
+        }
+        planes.push_back(std::move(plane));
+    }
+    return planes;
+}
+
+void storePlanes(const Planes& planes, InterleavedSamples& samples) {
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+        const int channel = static_cast<int>(i);
+        switch (samples.depth) {
+            case SampleDepth::Bits8:
+                writePlane<unsigned char>(*planes[i], channel, samples);
+                break;
+            case SampleDepth::Bits16:
+                writePlane<unsigned short>(*planes[i], channel, samples);
+                break;
+            case SampleDepth::Float:
+                writePlane<float>(*planes[i], channel, samples);
+                break;
+        }
+    }
+}
+
+InterleavedSamples narrowed(InterleavedSamples samples) {
+    if (samples.depth != SampleDepth::Bits16) {
+        return samples;
+    }
+    const std::size_t count = samples.bytes.size() / 2;
+    for (std::size_t i = 0; i < count; ++i) {
+        unsigned short sample = 0;
+        std::memcpy(&sample, samples.bytes.data() + 2 * i, sizeof sample);
+        samples.bytes[i] = static_cast<unsigned char>((sample + 128u) / 257u);
+    }
+    samples.bytes.resize(count);
+    samples.depth = SampleDepth::Bits8;
+    return samples;
+}
+
+}  // namespace orv

@@ -1,0 +1,101 @@
+#include "methods/method_catalogue.h"
+
+#include <array>
+
+#include "methods/denoise_method.h"
+#include "methods/json_text.h"
+#include "methods/restore_method.h"
+
+namespace orv {
+
+namespace {
+
+constinit const std::array<const Method*, 2> kMethods{&kRestoreMethod, &kDenoiseMethod};
+
+std::string_view kindName(ParameterKind kind) {
+    switch (kind) {
+        case ParameterKind::Real:
+            return "real";
+        case ParameterKind::Integer:
+            return "integer";
+        case ParameterKind::Choice:
+            return "choice";
+        case ParameterKind::Flag:
+            break;
+    }
+    return "flag";
+}
+
+void writeParameter(JsonText& json, const Parameter& parameter) {
+    json.beginObject();
+    json.member("name", parameter.name);
+    json.member("kind", kindName(parameter.kind));
+    if (!parameter.unit.empty()) {
+        json.member("unit", parameter.unit);
+    }
+    switch (parameter.kind) {
+        case ParameterKind::Flag:
+            json.memberBool("default", parameter.defaultValue != 0.0);
+            break;
+        case ParameterKind::Choice:
+            json.member("default", defaultText(parameter));
+            json.beginArray("choices");
+            for (const Choice& candidate : parameter.choices()) {
+                json.beginObject();
+                json.member("name", candidate.name);
+                json.memberNumber("value", candidate.value);
+                json.member("help", candidate.help);
+                json.end();
+            }
+            json.end();
+            break;
+        case ParameterKind::Real:
+        case ParameterKind::Integer:
+            json.memberNumber("default", parameter.defaultValue);
+            json.memberNumber("from", parameter.from);
+            json.memberNumber("to", parameter.to);
+            break;
+    }
+    json.member("help", parameter.help);
+    json.end();
+}
+
+}  // namespace
+
+std::span<const Method* const> methodCatalogue() {
+    return kMethods;
+}
+
+const Method* findMethod(std::string_view name) {
+    for (const Method* const method : kMethods) {
+        if (method->name == name) {
+            return method;
+        }
+    }
+    return nullptr;
+}
+
+std::string catalogueAsJson() {
+    JsonText json;
+    json.beginArray();
+    for (const Method* const method : kMethods) {
+        json.beginObject();
+        json.member("name", method->name);
+        json.member("summary", method->summary);
+        json.beginArray("parameters");
+        for (const Parameter& parameter : method->parameters) {
+            writeParameter(json, parameter);
+        }
+        json.end();
+        json.beginArray("literature");
+        for (const std::string_view line : method->literature) {
+            json.element(line);
+        }
+        json.end();
+        json.end();
+    }
+    json.end();
+    return json.take();
+}
+
+}  // namespace orv

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "methods/method.h"
+
+namespace orv {
+
+/// Nonlinear diffusion: the method of ORVFastRestoration on planes.
+///
+/// Source:  [PeronaMalik1990], [WeickertRomenyViergever1998]
+extern const Method kRestoreMethod;
+
+}  // namespace orv

@@ -1,0 +1,75 @@
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+#include "commands/command_line.h"
+#include "commands/commands.h"
+#include "help_text.h"
+#include "messages.h"
+#include "methods/method_catalogue.h"
+#include "methods/solver_listing.h"
+
+namespace orv::cli {
+
+namespace {
+
+std::string padded(std::string_view text, std::size_t width) {
+    std::string result(text);
+    result.resize(std::max(width, result.size()), ' ');
+    return result;
+}
+
+std::string methodsText() {
+    std::string text;
+    for (const Method* const method : methodCatalogue()) {
+        text += text.empty() ? "" : "\n";
+        text += std::string(method->name) + ": " + std::string(method->summary) + "\n";
+        for (const Parameter& parameter : method->parameters) {
+            text += "  " + padded(parameter.name, 20) + expectation(parameter) + "\n";
+        }
+    }
+    return text;
+}
+
+std::string solversText() {
+    std::size_t nameWidth = 0;
+    std::size_t groupWidth = 0;
+    for (const SolverEntry& entry : solverListing()) {
+        nameWidth = std::max(nameWidth, entry.name.size());
+        groupWidth = std::max(groupWidth, entry.group.size());
+    }
+    std::string text = "id  " + padded("name", nameWidth + 2) + padded("built", 7) +
+                       padded("group", groupWidth + 2) + "description\n";
+    for (const SolverEntry& entry : solverListing()) {
+        text += padded(std::to_string(entry.id), 4) + padded(entry.name, nameWidth + 2) +
+                padded(entry.available ? "yes" : "no", 7) +
+                padded(entry.group, groupWidth + 2) + entry.description + "\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+ExitCode methodsCommand(int argc, const char* const* argv) {
+    CommandLine line;
+    const Syntax syntax{"methods", /*files=*/false, /*json=*/true, {}};
+    const std::string error = readCommandLine(syntax, argc, argv, line);
+    if (!error.empty()) {
+        return fail(ExitCode::Usage, error);
+    }
+    print(line.help ? methodsHelp() : line.json ? catalogueAsJson() : methodsText());
+    return ExitCode::Done;
+}
+
+ExitCode solversCommand(int argc, const char* const* argv) {
+    CommandLine line;
+    const Syntax syntax{"solvers", /*files=*/false, /*json=*/false, {}};
+    const std::string error = readCommandLine(syntax, argc, argv, line);
+    if (!error.empty()) {
+        return fail(ExitCode::Usage, error);
+    }
+    print(line.help ? solversHelp() : solversText());
+    return ExitCode::Done;
+}
+
+}  // namespace orv::cli

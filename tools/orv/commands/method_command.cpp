@@ -1,0 +1,126 @@
+#include <sys/stat.h>
+
+#include <chrono>
+#include <string>
+#include <utility>
+
+#include "commands/command_line.h"
+#include "commands/commands.h"
+#include "help_text.h"
+#include "image_file.h"
+#include "messages.h"
+#include "methods/interleaved_planes.h"
+#include "output_file.h"
+#include "progress_bar.h"
+
+namespace orv::cli {
+
+namespace {
+
+/// The share of a run's time that is left for writing the file.
+constexpr double kMethodShare = 0.98;
+
+std::string unknownFormat(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+        return path + ": is a folder; name a file in it";
+    }
+    return path + ": the ending names no format that orv writes (" + writableExtensions() + ")";
+}
+
+std::string resultLine(const std::string& path, const Picture& picture, double seconds) {
+    struct stat status {};
+    const double bytes =
+        stat(path.c_str(), &status) == 0 ? static_cast<double>(status.st_size) : 0.0;
+    const InterleavedSamples& samples = picture.samples;
+    std::string text = path + ": " + std::to_string(samples.width) + " x " +
+                       std::to_string(samples.height) + " pixels, ";
+    text += samples.depth == SampleDepth::Float
+                ? "float "
+                : std::to_string(8 * bytesOf(samples.depth)) + "-bit ";
+    text += picture.colours == 1 ? "grey" : "colour";
+    text += picture.alpha ? " with alpha" : "";
+    return text + ", " + sizeText(bytes) + ", in " + durationText(seconds) + "\n";
+}
+
+/// Runs the method on the colours of a picture and puts the result in their place.
+MethodResult runOn(Picture& picture, const Method& method, const Arguments& arguments,
+                   const FormatEntry& format, ProgressBar& bar) {
+    MethodResult result =
+        method.run(planesOf(picture.samples, picture.colours), arguments, [&](double done) {
+            bar.update(done * kMethodShare);
+            return true;
+        });
+    if (!result.planes.empty()) {
+        if (format.deepest == SampleDepth::Bits8) {
+            picture.samples = narrowed(std::move(picture.samples));
+        }
+        storePlanes(result.planes, picture.samples);
+        result.planes.clear();
+    }
+    return result;
+}
+
+ExitCode process(const Method& method, const Arguments& arguments, const CommandLine& line) {
+    const FormatEntry* const format = formatOfName(line.output);
+    if (format == nullptr) {
+        return fail(ExitCode::File, unknownFormat(line.output));
+    }
+    ProgressBar bar(std::string(method.name), line.quiet);
+    Picture picture;
+    std::string error = readPicture(line.input, picture);
+    if (error.empty()) {
+        error = writeRefusal(line.output, *format, picture);
+    }
+    OutputFile output;
+    if (error.empty()) {
+        error = output.open(line.output, line.force);
+    }
+    if (!error.empty()) {
+        return fail(ExitCode::File, error);
+    }
+
+    const MethodResult result = runOn(picture, method, arguments, *format, bar);
+    if (!result.error.empty()) {
+        return fail(ExitCode::Refused, std::string(method.name) + ": " + result.error);
+    }
+    const std::string ending = line.output.substr(line.output.find_last_of('.'));
+    error = writePicture(output.temporaryPath(), *format, picture, ending);
+    if (!error.empty()) {
+        return fail(ExitCode::File, line.output + ": can't be written: " + error);
+    }
+    error = output.commit();
+    if (!error.empty()) {
+        return fail(ExitCode::File, error);
+    }
+    bar.finish();
+    if (!line.quiet) {
+        print(resultLine(line.output, picture, bar.seconds()));
+    }
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+ExitCode methodCommand(const Method& method, int argc, const char* const* argv) {
+    CommandLine line;
+    const Syntax syntax{method.name, /*files=*/true, /*json=*/false, method.parameters};
+    std::string error = readCommandLine(syntax, argc, argv, line);
+    if (!error.empty()) {
+        return fail(ExitCode::Usage, error);
+    }
+    if (line.help) {
+        print(methodHelp(method));
+        return ExitCode::Done;
+    }
+    Arguments arguments(method.parameters);
+    for (const auto& [name, text] : line.values) {
+        error = arguments.set(name, text);
+        if (!error.empty()) {
+            return fail(ExitCode::Usage, error);
+        }
+    }
+    return process(method, arguments, line);
+}
+
+}  // namespace orv::cli

@@ -1,0 +1,155 @@
+#include "help_text.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "image_file.h"
+#include "methods/method_catalogue.h"
+#include "methods/solver_listing.h"
+
+namespace orv::cli {
+
+namespace {
+
+constexpr std::size_t kColumn = 32;
+constexpr std::size_t kWidth = 96;
+/// Longer lists of choices have a verb of their own.
+constexpr std::size_t kShownChoices = 10;
+
+/// "  left      right", with the right side wrapped under itself.
+std::string row(const std::string& left, const std::string& right) {
+    std::string text = "  " + left;
+    if (text.size() + 2 > kColumn) {
+        text += "\n" + std::string(kColumn, ' ');
+    } else {
+        text.resize(kColumn, ' ');
+    }
+    std::size_t at = kColumn;
+    std::size_t from = 0;
+    while (from < right.size()) {
+        const std::size_t end = std::min(right.find(' ', from), right.size());
+        const std::size_t length = end - from;
+        if (at > kColumn && at + 1 + length > kWidth) {
+            text += "\n" + std::string(kColumn, ' ');
+            at = kColumn;
+        } else if (at > kColumn) {
+            text += ' ';
+            ++at;
+        }
+        text += right.substr(from, length);
+        at += length;
+        from = end + 1;
+    }
+    return text + "\n";
+}
+
+std::string range(const Parameter& parameter) {
+    switch (parameter.kind) {
+        case ParameterKind::Flag:
+            return {};
+        case ParameterKind::Choice:
+            return " [default: " + defaultText(parameter) + "]";
+        case ParameterKind::Real:
+        case ParameterKind::Integer:
+            break;
+    }
+    return "; " + numberText(parameter.from) + " to " + numberText(parameter.to) +
+           " [default: " + defaultText(parameter) + "]";
+}
+
+std::string choiceRows(const Parameter& parameter) {
+    std::string text;
+    const std::span<const Choice> choices = parameter.choices();
+    if (choices.size() > kShownChoices) {
+        return text;
+    }
+    for (const Choice& candidate : choices) {
+        text += row("    " + std::string(candidate.name), std::string(candidate.help));
+    }
+    return text;
+}
+
+constexpr std::string_view kExitCodes =
+    "Exit codes:\n"
+    "  0  done\n"
+    "  1  the method refused or failed\n"
+    "  2  the command line is wrong\n"
+    "  3  a file can't be read or written\n";
+
+}  // namespace
+
+std::string generalHelp() {
+    std::string text =
+        "orv restores pictures by nonlinear diffusion\n"
+        "\n"
+        "Usage: orv VERB [arguments]\n"
+        "\n"
+        "Verbs:\n";
+    for (const Method* const method : methodCatalogue()) {
+        text += row(std::string(method->name) + " IN OUT", std::string(method->summary));
+    }
+    text += row("methods", "list the methods and their parameters, with --json for programs");
+    text += row("solvers", "list the linear solvers that --solver takes");
+    text +=
+        "\n"
+        "Options:\n";
+    text += row("-h, --help", "show this, or the parameters of a verb: orv VERB --help");
+    text += row("--version", "show the version");
+    text += "\nPicture files: " + writableExtensions() + "\n\n";
+    text += kExitCodes;
+    return text;
+}
+
+std::string methodHelp(const Method& method) {
+    std::string text(method.summary);
+    text += "\n\nUsage: orv " + std::string(method.name) + " IN OUT [options]\n\nMethod:\n";
+    for (const Parameter& parameter : method.parameters) {
+        const std::string value = placeholder(parameter);
+        text += row("--" + std::string(parameter.name) + (value.empty() ? "" : " " + value),
+                    std::string(parameter.help) + range(parameter));
+        if (parameter.kind == ParameterKind::Choice) {
+            text += choiceRows(parameter);
+        }
+    }
+    text += "\nFiles and messages:\n";
+    text += row("-f, --force", "overwrite OUT if it exists; OUT may then be IN");
+    text += row("-q, --quiet", "no progress and no result line");
+    text += row("-h, --help", "show this");
+    text += "\nPicture files: " + writableExtensions() + "\n";
+    if (haveVips()) {
+        text +=
+            "8 and 16 bits, grey or colour. Alpha stays untouched; colour profile, EXIF and "
+            "XMP "
+            "are kept.\n";
+    }
+    text += "\n";
+    text += kExitCodes;
+    text += "\nLiterature:\n";
+    for (const std::string_view line : method.literature) {
+        text += "  " + std::string(line) + "\n";
+    }
+    return text;
+}
+
+std::string methodsHelp() {
+    return "List the methods and their parameters\n\nUsage: orv methods "
+           "[options]\n\nOptions:\n" +
+           row("--json", "as JSON text: names, units, defaults, ranges, choices, help") +
+           row("-h, --help", "show this");
+}
+
+std::string solversHelp() {
+    return "List the linear solvers: number, name, group, description\n\n"
+           "Usage: orv solvers [options]\n\nOptions:\n" +
+           row("-h, --help", "show this");
+}
+
+std::string versionText() {
+    std::string text = "orv " ORV_VERSION;
+    if (haveVips()) {
+        text += " (" + vipsVersion() + ")";
+    }
+    return text + "\n";
+}
+
+}  // namespace orv::cli

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "methods/method.h"
+
+namespace orv::cli {
+
+/// What `orv --help` prints.
+std::string generalHelp();
+
+/// What `orv VERB --help` prints for a method, from its description.
+std::string methodHelp(const Method& method);
+
+/// What `orv methods --help` prints.
+std::string methodsHelp();
+
+/// What `orv solvers --help` prints.
+std::string solversHelp();
+
+/// What `orv --version` prints.
+std::string versionText();
+
+}  // namespace orv::cli

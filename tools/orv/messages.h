@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "exit_code.h"
+
+namespace orv::cli {
+
+/// Writes "orv: text" as one line to standard error and gives the code back.
+///
+/// Control characters, which file names may hold, are shown as '?'.
+ExitCode fail(ExitCode code, std::string_view text);
+
+/// Writes text to standard output as it is.
+void print(std::string_view text);
+
+/// A time in words: "0.31 s", "12 s", "3 min 05 s".
+std::string durationText(double seconds);
+
+/// A file size in words: "812 bytes", "35 KB", "12.3 MB".
+std::string sizeText(double bytes);
+
+}  // namespace orv::cli

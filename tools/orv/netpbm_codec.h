@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "image_file.h"
+
+namespace orv::cli {
+
+/// Decodes a binary PGM (P5) or PPM (P6) of 8 or 16 bits.
+///
+/// Fails:   with a reason without a path; an empty text means success.
+std::string decodeNetpbm(const std::vector<unsigned char>& file, Picture& picture);
+
+/// Encodes 8- or 16-bit samples as P5 or P6; `asColour` writes grey as three equal channels.
+std::vector<unsigned char> encodeNetpbm(const Picture& picture, bool asColour);
+
+}  // namespace orv::cli
