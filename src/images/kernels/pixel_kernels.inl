@@ -6,6 +6,7 @@ namespace {
 
 constexpr int kTile = 64;
 constexpr std::size_t kTileStep = 64;
+constexpr std::size_t kCacheLine = 64;
 
 constexpr int smaller(int a, int b) {
     return a < b ? a : b;
@@ -37,12 +38,26 @@ inline unsigned char lowByteOf(double sample) {
     return static_cast<unsigned char>(static_cast<int>(fits ? sample : 0.0));
 }
 
-/// tile[x][y] = samples of a grid that starts at `first`: x-major from row-major.
+/// Asks for the cache lines of one row of a tile. The rows of a tile lie a row of the picture
+/// apart, further than the processor's own prefetching looks.
+template <int ForWriting>
+inline void prefetchRow(const void* first, std::size_t bytes) {
+    const char* const start = static_cast<const char*>(first);
+    for (std::size_t offset = 0; offset < bytes; offset += kCacheLine) {
+        __builtin_prefetch(start + offset, ForWriting);
+    }
+    __builtin_prefetch(start + bytes - 1, ForWriting);
+}
+
+/// tile[x][y] = samples of a grid that starts at `first`: x-major from row-major. `rowsLeft`
+/// rows follow `first` in the grid; those of the tile below are prefetched.
 template <class Sample>
 inline void gather(const Sample* first, std::size_t pixelStride, std::size_t rowStride,
-                   int columns, int rows, Sample* tile) {
+                   int columns, int rows, int rowsLeft, Sample* tile) {
+    const std::size_t rowBytes = (sizeOf(columns - 1) * pixelStride + 1) * sizeof(Sample);
     for (int y = 0; y < rows; ++y) {
         const Sample* const from = first + sizeOf(y) * rowStride;
+        prefetchRow<0>(first + sizeOf(smaller(y + kTile, rowsLeft - 1)) * rowStride, rowBytes);
         for (int x = 0; x < columns; ++x) {
             tile[sizeOf(x) * kTileStep + sizeOf(y)] = from[sizeOf(x) * pixelStride];
         }
@@ -51,10 +66,12 @@ inline void gather(const Sample* first, std::size_t pixelStride, std::size_t row
 
 /// The way back: row-major from x-major.
 template <class Sample>
-inline void scatter(const Sample* tile, int columns, int rows, Sample* first,
+inline void scatter(const Sample* tile, int columns, int rows, int rowsLeft, Sample* first,
                     std::size_t pixelStride, std::size_t rowStride) {
+    const std::size_t rowBytes = (sizeOf(columns - 1) * pixelStride + 1) * sizeof(Sample);
     for (int y = 0; y < rows; ++y) {
         Sample* const to = first + sizeOf(y) * rowStride;
+        prefetchRow<1>(first + sizeOf(smaller(y + kTile, rowsLeft - 1)) * rowStride, rowBytes);
         for (int x = 0; x < columns; ++x) {
             to[sizeOf(x) * pixelStride] = tile[sizeOf(x) * kTileStep + sizeOf(y)];
         }
@@ -63,14 +80,32 @@ inline void scatter(const Sample* tile, int columns, int rows, Sample* first,
 
 /// Three tiles from the pixels in one walk.
 inline void gatherRgb(const unsigned char* first, std::size_t rowBytes, int columns, int rows,
-                      unsigned char (*tiles)[kTile * kTile]) {
+                      int rowsLeft, unsigned char (*tiles)[kTile * kTile]) {
     for (int y = 0; y < rows; ++y) {
         const unsigned char* from = first + sizeOf(y) * rowBytes;
+        prefetchRow<0>(first + sizeOf(smaller(y + kTile, rowsLeft - 1)) * rowBytes,
+                       3 * sizeOf(columns));
         for (int x = 0; x < columns; ++x, from += 3) {
             const std::size_t at = sizeOf(x) * kTileStep + sizeOf(y);
             tiles[0][at] = from[0];
             tiles[1][at] = from[1];
             tiles[2][at] = from[2];
+        }
+    }
+}
+
+/// The pixels from three tiles in one walk.
+inline void scatterRgb(const unsigned char (*tiles)[kTile * kTile], int columns, int rows,
+                       int rowsLeft, unsigned char* first, std::size_t rowBytes) {
+    for (int y = 0; y < rows; ++y) {
+        unsigned char* to = first + sizeOf(y) * rowBytes;
+        prefetchRow<1>(first + sizeOf(smaller(y + kTile, rowsLeft - 1)) * rowBytes,
+                       3 * sizeOf(columns));
+        for (int x = 0; x < columns; ++x, to += 3) {
+            const std::size_t at = sizeOf(x) * kTileStep + sizeOf(y);
+            to[0] = tiles[0][at];
+            to[1] = tiles[1][at];
+            to[2] = tiles[2][at];
         }
     }
 }
@@ -107,7 +142,7 @@ void readRgb(const unsigned char* pixels, std::size_t rowBytes, int width, int h
     unsigned char tiles[3][kTile * kTile];
     forEachTile(width, height, [&](int x, int y, int columns, int rows) {
         gatherRgb(pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x), rowBytes, columns, rows,
-                  tiles);
+                  height - y, tiles);
         for (int c = 0; c < 3; ++c) {
             widen(tiles[c], columns, rows, planes[c] + sizeOf(x) * columnStride + y,
                   columnStride);
@@ -121,7 +156,7 @@ void readChannel(const unsigned char* pixels, std::size_t rowBytes, int width, i
     unsigned char tile[kTile * kTile];
     forEachTile(width, height, [&](int x, int y, int columns, int rows) {
         gather(pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x) + channel, 3, rowBytes, columns,
-               rows, tile);
+               rows, height - y, tile);
         widen(tile, columns, rows, plane + sizeOf(x) * columnStride + y, columnStride);
     });
 }
@@ -132,7 +167,7 @@ void readLuminance(const unsigned char* pixels, std::size_t rowBytes, int width,
     unsigned char tiles[3][kTile * kTile];
     forEachTile(width, height, [&](int x, int y, int columns, int rows) {
         gatherRgb(pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x), rowBytes, columns, rows,
-                  tiles);
+                  height - y, tiles);
         for (int i = 0; i < columns; ++i) {
             const std::size_t at = sizeOf(i) * kTileStep;
             T* const to = plane + sizeOf(x + i) * columnStride + y;
@@ -155,15 +190,8 @@ void writeRgb(const T* const* planes, const std::size_t* columnStrides, unsigned
             narrow(planes[c] + sizeOf(x) * columnStrides[c] + y, columnStrides[c], columns,
                    rows, tiles[c]);
         }
-        for (int j = 0; j < rows; ++j) {
-            unsigned char* to = pixels + sizeOf(y + j) * rowBytes + 3 * sizeOf(x);
-            for (int i = 0; i < columns; ++i, to += 3) {
-                const std::size_t at = sizeOf(i) * kTileStep + sizeOf(j);
-                to[0] = tiles[0][at];
-                to[1] = tiles[1][at];
-                to[2] = tiles[2][at];
-            }
-        }
+        scatterRgb(tiles, columns, rows, height - y,
+                   pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x), rowBytes);
     });
 }
 
@@ -173,8 +201,8 @@ void writeChannel(const T* plane, std::size_t columnStride, unsigned char* pixel
     unsigned char tile[kTile * kTile];
     forEachTile(width, height, [&](int x, int y, int columns, int rows) {
         narrow(plane + sizeOf(x) * columnStride + y, columnStride, columns, rows, tile);
-        scatter(tile, columns, rows, pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x) + channel, 3,
-                rowBytes);
+        scatter(tile, columns, rows, height - y,
+                pixels + sizeOf(y) * rowBytes + 3 * sizeOf(x) + channel, 3, rowBytes);
     });
 }
 
@@ -203,7 +231,7 @@ void readSamples(const SampleGrid<const Sample>& grid, float factor, float* plan
     Sample tile[kTile * kTile];
     forEachTile(grid.width, grid.height, [&](int x, int y, int columns, int rows) {
         gather(grid.first + sizeOf(y) * grid.rowStride + sizeOf(x) * grid.pixelStride,
-               grid.pixelStride, grid.rowStride, columns, rows, tile);
+               grid.pixelStride, grid.rowStride, columns, rows, grid.height - y, tile);
         for (int i = 0; i < columns; ++i) {
             const Sample* const from = tile + sizeOf(i) * kTileStep;
             float* const to = plane + sizeOf(x + i) * columnStride + y;
@@ -226,7 +254,7 @@ void writeSamples(const float* plane, std::size_t columnStride, float factor, fl
                 store(clamped(from[j] * factor, maxValue), to[j]);
             }
         }
-        scatter(tile, columns, rows,
+        scatter(tile, columns, rows, grid.height - y,
                 grid.first + sizeOf(y) * grid.rowStride + sizeOf(x) * grid.pixelStride,
                 grid.pixelStride, grid.rowStride);
     });
