@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -47,21 +48,33 @@ struct SchemeArguments {
     int solverIterations = 50;
     bool cflSubsteps = true;
     bool updateEachStep = true;
+    bool plainPath = false;
 };
+
+/// Sets the path of a line scheme; the others have one alone.
+template <class Class>
+std::unique_ptr<Class> onPath(std::unique_ptr<Class> scheme, bool plainPath) {
+    if constexpr (std::is_base_of_v<Splitted2DRestoration, Class>) {
+        scheme->setPlainPath(plainPath);
+    }
+    return scheme;
+}
 
 /// A scheme without an explicit part.
 template <class Class>
 std::unique_ptr<SimpleAnisotropicOperator> implicitScheme(Flow* flow,
                                                           const SchemeArguments& a) {
-    return std::make_unique<Class>(a.solverId, a.iterations, a.solverIterations, a.tau, flow,
-                                   true, a.updateEachStep);
+    return onPath(std::make_unique<Class>(a.solverId, a.iterations, a.solverIterations, a.tau,
+                                          flow, true, a.updateEachStep),
+                  a.plainPath);
 }
 
 /// A scheme with an explicit part.
 template <class Class>
 std::unique_ptr<SimpleAnisotropicOperator> mixedScheme(Flow* flow, const SchemeArguments& a) {
-    return std::make_unique<Class>(a.solverId, a.iterations, a.solverIterations, a.tau, flow,
-                                   a.cflSubsteps, true, a.updateEachStep);
+    return onPath(std::make_unique<Class>(a.solverId, a.iterations, a.solverIterations, a.tau,
+                                          flow, a.cflSubsteps, true, a.updateEachStep),
+                  a.plainPath);
 }
 
 /// A scheme over `flow`, which must outlive it.

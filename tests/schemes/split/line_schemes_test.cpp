@@ -7,6 +7,7 @@
 #include "exports/work_window.h"
 #include "images/float_image3.h"
 #include "schemes/flows/diffusion_flow.h"
+#include "schemes/flows/fidelity_diffusion_flow.h"
 #include "schemes/full/heat_flow_operator.h"
 #include "schemes/plane_operators/float_planes_operator.h"
 #include "support/plane_support.h"
@@ -18,7 +19,8 @@ namespace {
 /// Float line solves and products on grey levels against double precision.
 constexpr double kGreyLevels = 1e-3;
 
-TEST(LineSchemes, AgreeWithADenseSolutionOfTheSameStep) {
+/// All line schemes on one path against dense algebra.
+void expectDenseSteps(bool plainPath) {
     for (const auto& [w, h] : {std::pair{2, 2}, std::pair{2, 5}, std::pair{3, 3},
                                std::pair{7, 4}, std::pair{6, 9}}) {
         const FloatImage plane = noisePlane(w, h, 1);
@@ -29,7 +31,8 @@ TEST(LineSchemes, AgreeWithADenseSolutionOfTheSameStep) {
                 DiffusionFlow flow(0.7, 25.0, 0, 0);
 
                 const auto result =
-                    makeScheme(scheme, &flow, {.tau = tau})->apply(plane, nullptr);
+                    makeScheme(scheme, &flow, {.tau = tau, .plainPath = plainPath})
+                        ->apply(plane, nullptr);
 
                 const DensePlane g(*flow.diffusivityPlane());
                 EXPECT_LT(largestDifference(*result,
@@ -38,6 +41,14 @@ TEST(LineSchemes, AgreeWithADenseSolutionOfTheSameStep) {
             }
         }
     }
+}
+
+TEST(LineSchemes, AgreeWithADenseSolutionOfTheSameStep) {
+    expectDenseSteps(/*plainPath=*/false);
+}
+
+TEST(LineSchemes, AgreeWithADenseSolutionOnThePlainPath) {
+    expectDenseSteps(/*plainPath=*/true);
 }
 
 TEST(LineSchemes, TakeOneExplicitStepWithoutTheFlag) {
@@ -132,22 +143,24 @@ TEST(LineSchemes, SecondPlaneReusesTheMatricesWithoutATrace) {
 }
 
 TEST(LineSchemes, PlainPathGivesTheSameBits) {
-    const FloatImage plane = noisePlane(19, 37, 8);
-    const auto run = [&](auto& scheme, bool plain) {
-        scheme.setPlainPath(plain);
-        return scheme.apply(plane, nullptr);
-    };
-    const auto compare = [&]<class Class, class... Flag>(const char* name, Class*,
-                                                         Flag... flag) {
-        DiffusionFlow flow(0.0, 25.0, 0, 0);
-        Class scheme(0, 1, 50, 2.5, &flow, flag..., true, true);
-        EXPECT_TRUE(sameBits(*run(scheme, true), *run(scheme, false))) << name;
-    };
-    compare("LOD", static_cast<Lod2DRestoration*>(nullptr));
-    compare("AFI", static_cast<Afi2DRestoration*>(nullptr));
-    compare("AOS", static_cast<Aos2DRestoration*>(nullptr));
-    compare("ADI", static_cast<CflAdi2DRestoration*>(nullptr), true);
-    compare("AMOS", static_cast<Amos2DRestoration*>(nullptr), true);
+    for (const auto& [w, h] :
+         {std::pair{2, 2}, std::pair{3, 7}, std::pair{19, 37}, std::pair{40, 5}}) {
+        const FloatImage plane = noisePlane(w, h, 8);
+        for (const Scheme scheme : kLineSchemes) {
+            for (const double fidelity : {0.0, 0.4}) {
+                SCOPED_TRACE(std::string(nameOf(scheme)) + " " + std::to_string(w) + "x" +
+                             std::to_string(h) + " " + std::to_string(fidelity));
+                FidelityDiffusionFlow flow(0.0, 25.0, fidelity, 0, 0);
+
+                const auto plain = makeScheme(scheme, &flow, {.tau = 2.5, .plainPath = true})
+                                       ->apply(plane, nullptr);
+
+                const auto quick =
+                    makeScheme(scheme, &flow, {.tau = 2.5})->apply(plane, nullptr);
+                EXPECT_TRUE(sameBits(*quick, *plain));
+            }
+        }
+    }
 }
 
 TEST(LineSchemes, PlanesOfOneRowOrColumnComeBackFromTheImplicitSchemes) {
