@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include "algebra/storage/band_matrix.h"
+#include "base/text_output.h"
+#include "support/matrix_support.h"
+
+namespace orv {
+namespace {
+
+using test::vectorOf;
+
+// Rows (2, 0, 1), (0, 4, 0), (4, 0, 6), with the outer diagonals stored.
+BandMatrix outer() {
+    const int positions[] = {0, 2, 4};
+    BandMatrix A(3, 3, positions);
+    A.SetDiagonal(0, vectorOf({4}));
+    A.SetDiagonal(2, vectorOf({2, 4, 6}));
+    A.SetDiagonal(4, vectorOf({1}));
+    return A;
+}
+
+TEST(Quirk, IncompleteLu0Prints) {
+    std::unique_ptr<Matrix> F;
+
+    const std::string text = test::standardOutputOf([&] { F = outer().IncompleteLU0(); });
+
+    EXPECT_EQ(text,
+              "row2: v(3): [ 0.0000  4.0000  0.0000 ]\n"
+              "row2: v(3): [ 0.0000  4.0000  0.0000 ]\n"
+              "row3: v(3): [ 4.0000  0.0000  6.0000 ]\n"
+              "row3: v(3): [ 2.0000  0.0000  6.0000 ]\n"
+              "row3: v(3): [ 2.0000  0.0000  4.0000 ]\n"
+              "row3: v(3): [ 2.0000  0.0000  4.0000 ]\n");
+    EXPECT_EQ(F->Get(0, 2), 2.0f);
+    EXPECT_EQ(F->Get(2, 2), 4.0f);
+}
+
+TEST(BandMatrix, IncompleteLu0OfATridiagonalIsExact) {
+    const int positions[] = {2, 3, 4};
+    BandMatrix A(4, 3, positions);
+    test::randomise(A, 2, 4.0f);
+    const SilencedOutput silence;
+
+    test::expectSameElements(*A.IncompleteLU0(), *A.FactorLU());
+}
+
+TEST(BandMatrix, IncompleteLu0DropsFillIn) {
+    // Offsets -2, -1, 0, 1, 2 of a 4 by 4 matrix with the inner pair left out beside row 0.
+    const int positions[] = {1, 3, 4, 5};
+    BandMatrix A(4, 4, positions);
+    A.SetDiagonal(1, vectorOf({2, 2}));
+    A.SetDiagonal(3, vectorOf({4, 4, 4, 4}));
+    A.SetDiagonal(4, vectorOf({1, 1, 1}));
+    A.SetDiagonal(5, vectorOf({2, 2}));
+    const SilencedOutput silence;
+
+    const auto F = A.IncompleteLU0();
+
+    // Row 2: l = 2 / 4; column 1 would gain -0.5 but isn't stored; the diagonal loses 0.5 * 2.
+    EXPECT_EQ(F->Get(0, 2), 0.5f);
+    EXPECT_EQ(F->Get(1, 2), 0.0f);
+    EXPECT_EQ(F->Get(2, 2), 3.0f);
+    // Row 3: the gained position of row 2 was cleared again.
+    EXPECT_EQ(F->Get(1, 3), 0.5f);
+    EXPECT_EQ(F->Get(3, 3), 3.0f);
+}
+
+TEST(BandMatrix, IncompleteFactor3EliminatesAndDropsSmallElements) {
+    const int positions[] = {2, 3, 4};
+    BandMatrix A(4, 3, positions);
+    A.SetDiagonal(2, vectorOf({2, 1, 1}));
+    A.SetDiagonal(3, vectorOf({4, 4, 4, 4}));
+    A.SetDiagonal(4, vectorOf({2, 0.25f, 2}));
+
+    const auto F = A.IncompleteFactor3(0.3);
+
+    EXPECT_EQ(F->Get(0, 1), 0.5f);
+    EXPECT_EQ(F->Get(1, 1), 3.0f);
+    // 0.25 beside the diagonal of row 1 is below the tolerance.
+    EXPECT_EQ(F->Get(2, 1), 0.0f);
+    EXPECT_EQ(F->Get(1, 2), 1.0f / 3.0f);
+    EXPECT_EQ(F->Get(2, 2), 4.0f);
+}
+
+TEST(Quirk, IncompleteFactor3Sign) {
+    const int positions[] = {0, 1, 2};
+    BandMatrix A(2, 3, positions);
+    A.SetDiagonal(0, vectorOf({-2}));
+    A.SetDiagonal(1, vectorOf({4, 4}));
+    A.SetDiagonal(2, vectorOf({2}));
+
+    // A negative element is not eliminated, however large.
+    test::expectSameElements(*A.IncompleteFactor3(0.1), A);
+}
+
+}  // namespace
+}  // namespace orv
