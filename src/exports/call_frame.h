@@ -20,9 +20,8 @@ inline RgbDiscreteImage* imageOf(void* handle) {
 /// `run` gives a `std::unique_ptr` to an image, whose class is `RgbDiscreteImage` as that of
 /// every clone and every source is.
 ///
-/// Fails:   null when `run` gives null or throws; nothing but a handle or null gets out,
-/// running
-///          out of memory included.
+/// Fails:   null when `run` gives null or throws, for want of memory too: nothing but a
+///          handle or null gets out.
 /// Owns:    the handle is the host's from here on.
 template <typename Run>
 void* callFrame(Run run) noexcept {

@@ -24,9 +24,8 @@ class FloatPlaneImageOperator : public ImageOperator {
     ///
     /// Shapes:  source and target of one size; a null target is made as a clone of the source.
     /// Units:   the range `lower` to `upper` is taken from the source.
-    /// Fails:   null when the run gives null; a `colorPath` other than 0 and 1, or a channel
-    /// count
-    ///          other than 1 and 3, leaves the target as it is.
+    /// Fails:   null when the run gives null; a `colorPath` other than 0 and 1, or a count of
+    ///          channels other than 1 and 3, leaves the target as it is.
     std::unique_ptr<DiscreteImage> apply(const DiscreteImage& source,
                                          std::unique_ptr<DiscreteImage> target) override;
 

@@ -21,9 +21,8 @@ class RealPlaneImageOperator : public ImageOperator {
     ///
     /// Shapes:  source and target of one size; a null target is made as a clone of the source.
     /// Fails:   null when the run or the transform gives null; a `colorPath` other than 0 and
-    /// 1, or
-    ///          a channel count other than 1 and 3, leaves the target as it is. With a null
-    ///          transform it is `apply`; one channel goes to `runGrey`.
+    ///          1, or a count of channels other than 1 and 3, leaves the target as it is. With
+    ///          a null transform it is `apply`; one channel goes to `runGrey`.
     std::unique_ptr<DiscreteImage> applyWithTransform(
         const ColorSpaceTransform* transform, const DiscreteImage& source,
         std::unique_ptr<DiscreteImage> target) override;

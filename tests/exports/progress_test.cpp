@@ -110,6 +110,20 @@ TEST(Progress, OtherSchemesReportNothing) {
     EXPECT_TRUE(recording.take().empty());
 }
 
+void ORV_CALLBACK throwAtOnce(int /*value*/) {
+    throw 1;
+}
+
+TEST(Progress, ExceptionOfACallbackGivesNull) {
+    const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
+    SetORVCallBack(throwAtOnce);
+
+    const test::Handle result = run(image, "AOS", 1);
+    SetORVCallBack(nullptr);
+
+    EXPECT_EQ(result, nullptr);
+}
+
 TEST(Progress, RefusedCallReportsNothing) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
     Recording recording;

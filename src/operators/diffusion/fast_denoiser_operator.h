@@ -19,9 +19,8 @@ class FastDenoiserOperator : public FloatPlaneImageOperator {
     /// `cflSubsteps` is stored and never read.
     ///
     /// Units:   tau in pixels squared, sigma in pixels, contrast in grey levels, fidelity none.
-    /// Domain:  scheme and flow numbers of `scheme_table.h` and `flow_table.h`, a solver id
-    /// whose
-    ///          solver exists and fits the scheme, gradientNormId 0 to 5. None is tested here.
+    /// Domain:  scheme and flow numbers of `scheme_table.h` and `flow_table.h`, a solver that
+    ///          exists and fits the scheme, gradientNormId 0 to 5. None is tested here.
     FastDenoiserOperator(int scheme, int iterations, int solverIterations, double tau,
                          double sigma, double contrast, double fidelity, int solverId,
                          bool cflSubsteps, int flow, int gradientNormId);

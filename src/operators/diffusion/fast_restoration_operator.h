@@ -16,9 +16,8 @@ namespace orv {
 class FastRestorationOperator : public FloatPlaneImageOperator {
   public:
     /// Units:   tau in pixels squared, sigma in pixels, contrast in grey levels.
-    /// Domain:  scheme and flow numbers of `scheme_table.h` and `flow_table.h`, a solver id
-    /// whose
-    ///          solver exists and fits the scheme, gradientNormId 0 to 5. None is tested here.
+    /// Domain:  scheme and flow numbers of `scheme_table.h` and `flow_table.h`, a solver that
+    ///          exists and fits the scheme, gradientNormId 0 to 5. None is tested here.
     FastRestorationOperator(int scheme, int iterations, int solverIterations, double tau,
                             double sigma, double contrast, int solverId, bool cflSubsteps,
                             int flow, int gradientNormId);

@@ -30,8 +30,7 @@ struct SchemeArguments {
 /// Makes the scheme of a number around a flow.
 ///
 /// Fails:   null for an unknown number. The solver id is not tested: a scheme made with one
-/// that
-///          has no solver must not be run.
+///          that has no solver must not be run.
 /// Owns:    the flow stays the caller's and has to outlive the scheme.
 std::unique_ptr<SimpleAnisotropicOperator> makeScheme(const SchemeArguments& arguments,
                                                       Flow& flow);
