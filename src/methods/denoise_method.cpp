@@ -19,12 +19,12 @@ constexpr std::array<Parameter, 10> kParameters{
     choice("flow", kFlowVariational, flowChoices, kFlowHelp),
     numberedChoice("solver", 0, solverChoices, kSolverHelp),
     integer("solver-iterations", "iterations", 50, 1, 10000, kSolverIterationsHelp),
-    real("tau", "pixels^2", 2.0, 0.0, kLongestTau, kTauHelp),
-    real("sigma", "pixels", 1.0, 0.0, 64.0, kSigmaHelp),
-    real("contrast", "grey levels", 10.0, 0.01, 1000.0, kContrastHelp),
-    real("fidelity", "", 0.1, 0.0, 1000.0, "pull back toward the source; more keeps more"),
+    real("tau", "pixels^2", 1.0, 0.0, kLongestTau, kTauHelp),
+    real("sigma", "pixels", 0.5, 0.0, 64.0, kSigmaHelp),
+    real("contrast", "grey levels", 2.0, 0.01, 1000.0, kContrastHelp),
+    real("fidelity", "", 0.05, 0.0, 1000.0, "pull back toward the source; more keeps more"),
     choice("norm", 0, gradientNormChoices, kNormHelp),
-    integer("steps", "steps", 1, 1, 1000, kStepsHelp),
+    integer("steps", "steps", 4, 1, 1000, kStepsHelp),
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{

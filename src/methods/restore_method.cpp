@@ -19,12 +19,12 @@ constexpr std::array<Parameter, 10> kParameters{
     choice("flow", kFlowPeronaMalik, flowChoices, kFlowHelp),
     numberedChoice("solver", 0, solverChoices, kSolverHelp),
     integer("solver-iterations", "iterations", 50, 1, 10000, kSolverIterationsHelp),
-    real("tau", "pixels^2", 2.0, 0.0, kLongestTau, kTauHelp),
-    real("sigma", "pixels", 1.0, 0.0, 64.0, kSigmaHelp),
-    real("contrast", "grey levels", 10.0, 0.01, 1000.0, kContrastHelp),
+    real("tau", "pixels^2", 1.0, 0.0, kLongestTau, kTauHelp),
+    real("sigma", "pixels", 0.5, 0.0, 64.0, kSigmaHelp),
+    real("contrast", "grey levels", 5.0, 0.01, 1000.0, kContrastHelp),
     choice("norm", 0, gradientNormChoices, kNormHelp),
     flag("substeps", false, "split the explicit half steps of ADI, AMOS and 2DImplicit"),
-    integer("steps", "steps", 1, 1, 1000, kStepsHelp),
+    integer("steps", "steps", 4, 1, 1000, kStepsHelp),
 };
 
 constexpr std::array<std::string_view, 3> kLiterature{

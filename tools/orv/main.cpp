@@ -22,7 +22,7 @@ ExitCode unknownVerb(std::string_view word) {
     const char* const kind = !word.empty() && word[0] == '-' ? "option" : "verb";
     return orv::cli::fail(ExitCode::Usage,
                           "unknown " + std::string(kind) + " '" + std::string(word) + "'" +
-                              orv::didYouMean(word, names) + "; orv --help lists all");
+                              orv::didYouMean(word, names) + " (orv --help lists all)");
 }
 
 ExitCode dispatch(int argc, const char* const* argv) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kJpegQuality = 92;
 constexpr int kWebpQuality = 92;
-constexpr int kDeflateLevel = 6;
+constexpr int kDeflateLevel = 4;
 
 struct Unref {
     void operator()(VipsImage* image) const { g_object_unref(image); }
@@ -208,9 +208,7 @@ std::shared_ptr<void> metadataOf(VipsImage* image) {
     if (failed != 0) {
         return nullptr;
     }
-    vips_image_set_int(holder, VIPS_META_ORIENTATION, 1);
     copyMetadata(image, holder);
-    vips_autorot_remove_angle(holder);
     return {holder, [](void* object) { g_object_unref(object); }};
 }
 
@@ -335,6 +333,8 @@ std::string writeByVips(const std::string& path, Format format, const Picture& p
     const Image image(copy);
     if (picture.metadata != nullptr) {
         copyMetadata(static_cast<VipsImage*>(picture.metadata.get()), copy);
+        // The samples are upright; the EXIF block is brought in line when it is written.
+        vips_image_set_int(copy, VIPS_META_ORIENTATION, 1);
     }
     if (format == Format::Webp && picture.colours == 1) {
         // WebP turns grey into RGB, which a profile for grey does not describe.

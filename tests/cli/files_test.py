@@ -1,0 +1,162 @@
+"""Files that can't be read or written: one line, exit code 3, and nothing left behind."""
+
+import os
+import signal
+import subprocess
+import time
+import unittest
+
+from cli_support import KEEP, NEEDS_VIPS, TOOL, FolderCase, run, samples, write_netpbm, write_png
+
+ENDINGS_PLAIN = ".bmp .ppm .pgm .pnm"
+
+
+class Files(FolderCase):
+    def setUp(self):
+        super().setUp()
+        write_netpbm(self.folder / "in.ppm", 8, 8, samples(8, 8, 3))
+
+    def refused(self, line, *arguments):
+        before = self.names()
+        self.check((3, "", f"orv: {line}\n"), "restore", *arguments)
+        self.assertEqual(self.names(), before)
+
+    def test_missing_input(self):
+        self.refused("none.png: no such file", "none.png", "out.ppm")
+
+    def test_folder_as_input(self):
+        (self.folder / "sub").mkdir()
+        self.refused("sub: is a folder, not a picture", "sub", "out.ppm")
+
+    def test_device_as_input(self):
+        self.refused("/dev/zero: is no regular file", "/dev/zero", "out.ppm")
+
+    def test_empty_input(self):
+        (self.folder / "void.png").write_bytes(b"")
+        self.refused("void.png: is empty", "void.png", "out.ppm")
+
+    def test_text_as_input(self):
+        (self.folder / "text.png").write_text("this is no picture")
+        code, out, error = run("restore", "text.png", "out.ppm", cwd=self.folder)
+        self.assertEqual((code, out), (3, ""))
+        self.assertRegex(error, r"^orv: text\.png: is no picture that orv reads \(.*BMP, PPM, PGM\)\n$")
+
+    def test_unknown_ending(self):
+        code, out, error = run("restore", "in.ppm", "out.gif", cwd=self.folder)
+        self.assertEqual((code, out), (3, ""))
+        self.assertRegex(error, r"^orv: out\.gif: the ending names no format that orv writes \(.*\.bmp \.ppm \.pgm \.pnm\)\n$")
+
+    def test_existing_output(self):
+        (self.folder / "out.ppm").write_text("mine")
+        self.refused("out.ppm: exists already; --force overwrites it", "in.ppm", "out.ppm")
+        self.assertEqual((self.folder / "out.ppm").read_text(), "mine")
+
+    def test_input_as_output(self):
+        self.refused("in.ppm: exists already; --force overwrites it", "in.ppm", "in.ppm")
+        before = (self.folder / "in.ppm").read_bytes()
+
+        self.check((0, "", ""), "restore", "in.ppm", "in.ppm", "--force", "-q", *KEEP)
+
+        self.assertEqual((self.folder / "in.ppm").read_bytes(), before)
+        self.assertEqual(self.names(), ["in.ppm"])
+
+    def test_folder_as_output(self):
+        (self.folder / "out.ppm").mkdir()
+        self.refused("out.ppm: is a folder; name a file in it", "in.ppm", "out.ppm", "--force")
+
+    def test_missing_folder(self):
+        self.refused("sub/out.ppm: can't be written: no such folder", "in.ppm", "sub/out.ppm")
+
+    @unittest.skipIf(os.geteuid() == 0, "root may write anywhere")
+    def test_read_only_folder(self):
+        sub = self.folder / "sub"
+        sub.mkdir(mode=0o555)
+        self.refused("sub/out.ppm: can't be written: Permission denied", "in.ppm", "sub/out.ppm")
+
+    def test_kernel_folder(self):
+        code, out, error = run("restore", "in.ppm", "/proc/out.ppm", cwd=self.folder)
+        self.assertEqual((code, out), (3, ""))
+        self.assertTrue(error.startswith("orv: /proc/out.ppm: can't be written: "), error)
+
+    def test_link_as_output_keeps_the_link(self):
+        (self.folder / "real.ppm").write_text("old")
+        (self.folder / "link.ppm").symlink_to("real.ppm")
+
+        self.check((0, "", ""), "restore", "in.ppm", "link.ppm", "-f", "-q", *KEEP)
+
+        self.assertTrue((self.folder / "link.ppm").is_symlink())
+        self.assertEqual((self.folder / "real.ppm").read_bytes(), (self.folder / "in.ppm").read_bytes())
+
+    def test_mode_follows_the_mask_of_the_user(self):
+        self.check((0, "", ""), "restore", "in.ppm", "out.ppm", "-q")
+        mask = os.umask(0)
+        os.umask(mask)
+        self.assertEqual((self.folder / "out.ppm").stat().st_mode & 0o777, 0o666 & ~mask)
+
+    def test_control_characters_stay_off_the_terminal(self):
+        self.refused("a?b.ppm: no such file", "a\nb.ppm", "out.ppm")
+
+    def test_method_refusal_leaves_nothing(self):
+        write_netpbm(self.folder / "thin.ppm", 1, 8, samples(1, 8, 3))
+        self.check(
+            (1, "", "orv: restore: the scheme ADI needs at least 2 x 2 pixels, this picture has 1 x 8\n"),
+            *("restore", "thin.ppm", "out.ppm", "--scheme", "ADI"),
+        )
+        self.assertEqual(self.names(), ["in.ppm", "thin.ppm"])
+
+    @NEEDS_VIPS
+    def test_alpha_where_the_format_has_none(self):
+        write_png(self.folder / "a.png", 4, 4, samples(4, 4, 4), 4)
+        hint = "can't hold the transparency of this picture; take PNG, TIFF, WebP or BMP"
+        self.refused(f"out.jpg: JPEG {hint}", "a.png", "out.jpg")
+        self.refused(f"out.ppm: PPM {hint}", "a.png", "out.ppm")
+
+    def test_colour_in_pgm(self):
+        self.refused("out.pgm: PGM holds grey alone and this picture has colour; take .ppm", "in.ppm", "out.pgm")
+
+
+class Runs(FolderCase):
+    def start(self, *more):
+        write_netpbm(self.folder / "in.ppm", 256, 256, samples(256, 256, 3))
+        arguments = [TOOL, "restore", "in.ppm", "out.ppm", "--steps", "1000", "--scheme", "AMOS", *more]
+        return subprocess.Popen(arguments, cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def test_signals_leave_nothing(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(number=number):
+                process = self.start()
+                deadline = time.monotonic() + 60
+                while len(self.names()) < 2 and time.monotonic() < deadline:
+                    time.sleep(0.01)
+                self.assertEqual(len(self.names()), 2, "no file in the making")
+
+                process.send_signal(number)
+                out, _ = process.communicate(timeout=60)
+
+                self.assertEqual(process.returncode, -number)
+                self.assertEqual(out, b"")
+                self.assertEqual(self.names(), ["in.ppm"])
+
+    def test_progress_lines_rise_and_end_at_100(self):
+        write_netpbm(self.folder / "in.ppm", 256, 256, samples(256, 256, 3))
+        _, out, error = run("restore", "in.ppm", "out.ppm", "--steps", "200", "--scheme", "AMOS", cwd=self.folder)
+
+        lines = error.splitlines()
+        percents = [int(line.split()[1]) for line in lines]
+        self.assertEqual(percents, sorted(set(percents)))
+        self.assertLessEqual(len(lines), 11)
+        if lines:  # a quick machine has nothing to tell
+            self.assertEqual(percents[-1], 100)
+            self.assertNotIn(100, percents[:-1])
+        self.assertRegex(out, r"^out\.ppm: 256 x 256 pixels, 8-bit colour, 197 KB, in [\d.]+ s\n$")
+
+    def test_quick_runs_and_quiet_runs_are_silent(self):
+        write_netpbm(self.folder / "in.ppm", 8, 8, samples(8, 8, 3))
+        code, out, error = run("restore", "in.ppm", "a.ppm", cwd=self.folder)
+        self.assertEqual((code, error), (0, ""))
+        self.assertRegex(out, r"^a\.ppm: 8 x 8 pixels, 8-bit colour, 203 bytes, in [\d.]+ s\n$")
+        self.check((0, "", ""), "restore", "in.ppm", "b.ppm", "--quiet")
+
+
+if __name__ == "__main__":
+    unittest.main()

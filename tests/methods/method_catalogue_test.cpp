@@ -1,0 +1,67 @@
+#include "methods/method_catalogue.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "methods/solver_listing.h"
+
+namespace orv {
+namespace {
+
+TEST(MethodCatalogue, FindsMethodsByName) {
+    ASSERT_NE(findMethod("restore"), nullptr);
+    EXPECT_EQ(findMethod("restore")->name, "restore");
+    ASSERT_NE(findMethod("denoise"), nullptr);
+    EXPECT_EQ(findMethod("Restore"), nullptr);
+    EXPECT_EQ(findMethod(""), nullptr);
+}
+
+TEST(MethodCatalogue, DescribesEveryParameterOnce) {
+    for (const Method* const method : methodCatalogue()) {
+        std::set<std::string_view> names;
+        for (const Parameter& parameter : method->parameters) {
+            SCOPED_TRACE(parameter.name);
+            EXPECT_TRUE(names.insert(parameter.name).second);
+            EXPECT_FALSE(parameter.help.empty());
+            EXPECT_EQ(parameter.help.find('\n'), std::string_view::npos);
+            EXPECT_EQ(checkValue(parameter, parameter.defaultValue), "");
+            EXPECT_FALSE(defaultText(parameter).empty());
+        }
+        EXPECT_FALSE(method->literature.empty());
+    }
+}
+
+TEST(MethodCatalogue, WritesEveryParameterAndChoiceAsJson) {
+    const std::string json = catalogueAsJson();
+
+    for (const Method* const method : methodCatalogue()) {
+        EXPECT_NE(json.find("\"name\": \"" + std::string(method->name) + "\""),
+                  std::string::npos);
+        for (const Parameter& parameter : method->parameters) {
+            SCOPED_TRACE(parameter.name);
+            EXPECT_NE(json.find("\"name\": \"" + std::string(parameter.name) + "\""),
+                      std::string::npos);
+            EXPECT_NE(json.find("\"help\": \"" + std::string(parameter.help) + "\""),
+                      std::string::npos);
+        }
+    }
+    EXPECT_NE(json.find("\"name\": \"ILU0-BiCGStab\""), std::string::npos);
+}
+
+TEST(SolverListing, HoldsAllSolversInTheOrderOfTheirIds) {
+    const std::span<const SolverEntry> entries = solverListing();
+
+    ASSERT_EQ(entries.size(), 42U);
+    for (int id = 0; id < 42; ++id) {
+        EXPECT_EQ(entries[static_cast<std::size_t>(id)].id, id);
+    }
+    EXPECT_EQ(entries[0].name, "Thomas");
+    EXPECT_EQ(entries[0].group, "Direct Methods");
+    EXPECT_TRUE(entries[0].available);
+    EXPECT_EQ(entries[41].name, "ILU0-BiCGStab");
+    EXPECT_EQ(entries[41].group, "SSOR preconditioned methods");
+}
+
+}  // namespace
+}  // namespace orv
