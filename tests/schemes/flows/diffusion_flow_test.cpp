@@ -48,11 +48,14 @@ TEST(DiffusionFlow, FlatPlaneHasDiffusivityOneInsideAndZeroOnTheBorder) {
     }
 }
 
-TEST(DiffusionFlow, DiffusivityIsTheFormulaOfTheSquaredNormOverTheSquaredContrast) {
+/// The diffusivity of every kind and norm against the formula, on one path.
+void expectFormula(bool plainPath) {
     const FloatImage plane = noisePlane(7, 6, 1);
     for (const int kind : kFlowKinds) {
         for (int norm = 0; norm < 6; ++norm) {
+            SCOPED_TRACE(std::to_string(kind) + " " + std::to_string(norm));
             DiffusionFlow flow(kNoSigma, kContrast, kind, norm);
+            flow.setPlainPath(plainPath);
 
             const auto g = flow.computeDiffusivity(plane, nullptr);
 
@@ -68,6 +71,14 @@ TEST(DiffusionFlow, DiffusivityIsTheFormulaOfTheSquaredNormOverTheSquaredContras
             }
         }
     }
+}
+
+TEST(DiffusionFlow, DiffusivityIsTheFormulaOfTheSquaredNormOverTheSquaredContrast) {
+    expectFormula(/*plainPath=*/false);
+}
+
+TEST(DiffusionFlow, PlainPathFollowsTheSameFormula) {
+    expectFormula(/*plainPath=*/true);
 }
 
 TEST(DiffusionFlow, GivenTargetIsRefilledWholeAndHandedBack) {

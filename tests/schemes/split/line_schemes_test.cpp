@@ -29,6 +29,7 @@ void expectDenseSteps(bool plainPath) {
                 SCOPED_TRACE(std::string(nameOf(scheme)) + " " + std::to_string(w) + "x" +
                              std::to_string(h) + " " + std::to_string(tau));
                 DiffusionFlow flow(0.7, 25.0, 0, 0);
+                flow.setPlainPath(plainPath);
 
                 const auto result =
                     makeScheme(scheme, &flow, {.tau = tau, .plainPath = plainPath})
@@ -150,10 +151,13 @@ TEST(LineSchemes, PlainPathGivesTheSameBits) {
             for (const double fidelity : {0.0, 0.4}) {
                 SCOPED_TRACE(std::string(nameOf(scheme)) + " " + std::to_string(w) + "x" +
                              std::to_string(h) + " " + std::to_string(fidelity));
-                FidelityDiffusionFlow flow(0.0, 25.0, fidelity, 0, 0);
+                FidelityDiffusionFlow plainFlow(0.7, 25.0, fidelity, 0, 0);
+                FidelityDiffusionFlow flow(0.7, 25.0, fidelity, 0, 0);
+                plainFlow.setPlainPath(true);
 
-                const auto plain = makeScheme(scheme, &flow, {.tau = 2.5, .plainPath = true})
-                                       ->apply(plane, nullptr);
+                const auto plain =
+                    makeScheme(scheme, &plainFlow, {.tau = 2.5, .plainPath = true})
+                        ->apply(plane, nullptr);
 
                 const auto quick =
                     makeScheme(scheme, &flow, {.tau = 2.5})->apply(plane, nullptr);
