@@ -42,6 +42,15 @@ FloatImage3::FloatImage3(const FloatImage3& other)
     }
 }
 
+FloatImage3::FloatImage3(WithoutPlanes /*key*/, int width, int height)
+    : width_(width > 0 ? width : 0),
+      height_(height > 0 ? height : 0),
+      pi_(static_cast<float>(4.0 * std::atan(1.0))) {}
+
+std::unique_ptr<FloatImage3> FloatImage3::withoutPlanes(int width, int height) {
+    return std::make_unique<FloatImage3>(WithoutPlanes(), width, height);
+}
+
 std::unique_ptr<FloatImage3> FloatImage3::clone() const {
     return std::make_unique<FloatImage3>(*this);
 }

@@ -15,15 +15,26 @@ class DiscreteImage;
 /// Owns:    the planes; a plane that was taken stays null until another is set.
 class FloatImage3 {
   public:
+    /// Key of the constructor that makes no planes.
+    class WithoutPlanes {
+        explicit WithoutPlanes() = default;
+        friend class FloatImage3;
+    };
+
     /// Three zero planes.
     FloatImage3(int width, int height);
     /// From an image: of three channels, plane i is channel i + 1; of one channel, every plane
     /// is value(x, y); of any other count the planes stay zero.
     explicit FloatImage3(const DiscreteImage& image);
+    /// What withoutPlanes() calls.
+    FloatImage3(WithoutPlanes key, int width, int height);
     /// Sizes, flag, and clones of the planes.
     FloatImage3(const FloatImage3& other);
     FloatImage3& operator=(const FloatImage3&) = delete;
     ~FloatImage3() = default;
+
+    /// Three places for planes of this size, all null: for code that sets each of them.
+    static std::unique_ptr<FloatImage3> withoutPlanes(int width, int height);
 
     /// A new object by the copy constructor.
     std::unique_ptr<FloatImage3> clone() const;

@@ -14,12 +14,27 @@ namespace orv {
 
 namespace {
 
+/// Whether a plane can stand for a new one of the source's size.
+bool canServe(const FloatImage* spare, const FloatImage& source) {
+    return spare != nullptr && spare->width() == source.width() &&
+           spare->height() == source.height() && spare->channel() == 0;
+}
+
+/// A plane like a clone of the source whose samples hold anything.
+std::unique_ptr<FloatImage> blankInto(std::unique_ptr<FloatImage> spare,
+                                      const FloatImage& source) {
+    if (!canServe(spare.get(), source)) {
+        spare = FloatImage::uninitialised(source.width(), source.height());
+    }
+    spare->setFlag(source.flag());
+    return spare;
+}
+
 /// A clone of the source, in the memory of `spare` where nothing tells the two apart: touching
 /// memory that is in use already is much cheaper than fresh pages.
 std::unique_ptr<FloatImage> cloneInto(std::unique_ptr<FloatImage> spare,
                                       const FloatImage& source) {
-    if (!spare || spare->width() != source.width() || spare->height() != source.height() ||
-        spare->channel() != 0) {
+    if (!canServe(spare.get(), source)) {
         return source.clone();
     }
     spare->copyFrom(source);
@@ -42,13 +57,16 @@ SimpleAnisotropicOperator::SimpleAnisotropicOperator(int iterations, int solverI
       solverIterations_(solverIterations),
       tau_(toFloat(tau)),
       flow_(flow),
-      updateEachStep_(updateEachStep) {}
+      updateEachStep_(updateEachStep) {
+    dropsTarget_ = true;
+}
 
 SimpleAnisotropicOperator::~SimpleAnisotropicOperator() = default;
 
 std::unique_ptr<FloatImage> SimpleAnisotropicOperator::apply(
     const FloatImage& source, std::unique_ptr<FloatImage> target) {
-    target = cloneInto(std::move(target), source);
+    target = stepFillsTarget_ && iterations_ > 0 ? blankInto(std::move(target), source)
+                                                 : cloneInto(std::move(target), source);
     flow_->prepare(source);
     if (!updateEachStep_) {
         flow_->update(source);

@@ -58,6 +58,9 @@ class SimpleAnisotropicOperator : public FloatOperator {
     float tau_;
     Flow* flow_;
     bool updateEachStep_;
+    /// Set by classes whose step writes every sample of the target and reads none: the clone
+    /// of the source is then left out.
+    bool stepFillsTarget_ = false;
 
   private:
     std::unique_ptr<FloatImage> runSteps(const FloatImage& source,

@@ -6,8 +6,8 @@ typedef float Floats8 __attribute__((vector_size(32)));  // NOLINT: an alias can
 
 // Compilers don't find the shuffles of a transposition in a plain loop, and element by element
 // it costs more than the line solve. The vector type is lowered to what the target has.
-inline void transposeTile(const float* from, std::size_t fromStride, float* to,
-                          std::size_t toStride) {
+[[gnu::always_inline]] inline void transposeTile(const float* from, std::size_t fromStride,
+                                                 float* to, std::size_t toStride) {
     Floats8 r[8];
     Floats8 t[8];
     for (int k = 0; k < 8; ++k) {

@@ -90,6 +90,9 @@ class FloatOperator {
     /// The y of each region pixel.
     const std::vector<int>& regionYs() const { return regionYs_; }
 
+    /// Whether `apply` drops what a target holds, so that a null one serves as well.
+    bool dropsTarget() const { return dropsTarget_; }
+
   protected:
     float lower_ = 0.0F;
     float upper_ = 255.0F;
@@ -97,6 +100,7 @@ class FloatOperator {
     int regionCount_ = 0;
     std::vector<int> regionXs_;
     std::vector<int> regionYs_;
+    bool dropsTarget_ = false;
 };
 
 }  // namespace orv

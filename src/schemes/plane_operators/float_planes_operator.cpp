@@ -11,6 +11,18 @@
 
 namespace orv {
 
+namespace {
+
+// A run that was cancelled leaves places empty: they get what a cloned target would hold.
+void fillPlaces(const FloatImage3& source, FloatImage3& target) {
+    for (int c = 0; c < 3; ++c) {
+        std::unique_ptr<FloatImage> plane = target.takePlane(c);
+        target.setPlane(c, plane ? std::move(plane) : source.plane(c).clone());
+    }
+}
+
+}  // namespace
+
 FloatPlanesOperator::FloatPlanesOperator(FloatOperator* wrapped) : wrapped_(wrapped) {}
 
 FloatPlanesOperator::~FloatPlanesOperator() = default;
@@ -18,7 +30,10 @@ FloatPlanesOperator::~FloatPlanesOperator() = default;
 std::unique_ptr<FloatImage3> FloatPlanesOperator::apply(const FloatImage3& source,
                                                         std::unique_ptr<FloatImage3> target) {
     if (!target) {
-        target = source.clone();
+        target = wrapped_->dropsTarget()
+                     ? FloatImage3::withoutPlanes(source.width(), source.height())
+                     : source.clone();
+        target->setFlag(source.flag());
     }
     ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
@@ -33,6 +48,7 @@ std::unique_ptr<FloatImage3> FloatPlanesOperator::apply(const FloatImage3& sourc
         target->setPlane(c, wrapped_->apply(source.plane(c), target->takePlane(c)));
         reportWork(1, 1);
     }
+    fillPlaces(source, *target);
     return target;
 }
 

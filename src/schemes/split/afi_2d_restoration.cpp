@@ -16,11 +16,11 @@ std::unique_ptr<FloatImage> Afi2DRestoration::step(const FloatImage& source,
         flow_->update(source);
     }
     // quirk: afi-data-term
-    const std::unique_ptr<FloatImage> work = source.clone();
-    solveLinesX({0, 4, tau_, source, source, *work}, implicitX_);
-    solveLinesY({1, 4, tau_, source, *work, *target}, implicitY_);
-    solveLinesY({2, 4, tau_, source, source, *work}, implicitY_);
-    solveLinesX({3, 4, tau_, source, *work, *target, Store::Average}, implicitX_);
+    FloatImage& work = workPlane(source);
+    solveLinesX({0, 4, tau_, source, source, work}, implicitX_);
+    solveLinesY({1, 4, tau_, source, work, *target}, implicitY_);
+    solveLinesY({2, 4, tau_, source, source, work}, implicitY_);
+    solveLinesX({3, 4, tau_, source, work, *target, Store::Average}, implicitX_);
     return target;
 }
 

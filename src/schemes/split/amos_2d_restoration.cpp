@@ -26,13 +26,13 @@ std::unique_ptr<FloatImage> Amos2DRestoration::step(const FloatImage& source,
     if (updateEachStep_) {
         flow_->update(source);
     }
-    const std::unique_ptr<FloatImage> work = source.clone();
+    FloatImage& work = workPlane(source);
     const auto [half, count, size] = ExplicitSubsteps(tau_, cflSubsteps_);
     flow_->setTimeStep(half);
-    crankNicolsonLinesX({0, 4, half, source, source, *work}, size, count);
-    crankNicolsonLinesY({1, 4, half, source, *work, *target}, size, count);
-    crankNicolsonLinesY({2, 4, half, source, source, *work}, size, count);
-    crankNicolsonLinesX({3, 4, half, source, *work, *target, Store::Average}, size, count);
+    crankNicolsonLinesX({0, 4, half, source, source, work}, size, count);
+    crankNicolsonLinesY({1, 4, half, source, work, *target}, size, count);
+    crankNicolsonLinesY({2, 4, half, source, source, work}, size, count);
+    crankNicolsonLinesX({3, 4, half, source, work, *target, Store::Average}, size, count);
     return target;
 }
 

@@ -26,13 +26,13 @@ std::unique_ptr<FloatImage> CflAdi2DRestoration::step(const FloatImage& source,
     if (updateEachStep_) {
         flow_->update(source);
     }
-    const std::unique_ptr<FloatImage> work = source.clone();
+    FloatImage& work = workPlane(source);
     const ExplicitSubsteps substeps(tau_, cflSubsteps_);
     flow_->setTimeStep(substeps.half);
-    multiplyLinesY({0, 4, substeps.size, source, source, *work}, substeps.count);
-    solveLinesX({1, 4, substeps.half, source, *work, *target}, implicitX_);
-    multiplyLinesX({2, 4, substeps.size, source, *target, *work}, substeps.count);
-    solveLinesY({3, 4, substeps.half, source, *work, *target}, implicitY_);
+    multiplyLinesY({0, 4, substeps.size, source, source, work}, substeps.count);
+    solveLinesX({1, 4, substeps.half, source, work, *target}, implicitX_);
+    multiplyLinesX({2, 4, substeps.size, source, *target, work}, substeps.count);
+    solveLinesY({3, 4, substeps.half, source, work, *target}, implicitY_);
     return target;
 }
 

@@ -15,10 +15,10 @@ std::unique_ptr<FloatImage> Lod2DRestoration::step(const FloatImage& source,
     if (updateEachStep_) {
         flow_->update(source);
     }
-    const std::unique_ptr<FloatImage> work = source.clone();
+    FloatImage& work = workPlane(source);
     flow_->setTimeStep(tau_);
-    solveLinesX({0, 2, tau_, source, source, *work}, implicitX_);
-    solveLinesY({1, 2, tau_, source, *work, *target}, implicitY_);
+    solveLinesX({0, 2, tau_, source, source, work}, implicitX_);
+    solveLinesY({1, 2, tau_, source, work, *target}, implicitY_);
     return target;
 }
 

@@ -18,6 +18,7 @@ Splitted2DRestoration::Splitted2DRestoration(int solverId, int iterations, int s
     : SimpleAnisotropicOperator(iterations, solverIterations, tau, flow, reservedFlag,
                                 updateEachStep),
       solverId_(solverId) {
+    stepFillsTarget_ = true;
     LinearSolverList list(50, 10);
     solverX_ = list.Create(solverId_, solverIterations_, solverIterations_, 0.0001);
     solverY_ = list.Create(solverId_, solverIterations_, solverIterations_, 0.0001);
@@ -128,6 +129,14 @@ void Splitted2DRestoration::storeY(int x, Store store, FloatImage& to) {
     for (int y = 0; y < to.height(); ++y) {
         column[y] = ((*solutionY_)[y] + column[y]) * 0.5f;
     }
+}
+
+FloatImage& Splitted2DRestoration::workPlane(const FloatImage& source) {
+    if (workPlane_ == nullptr || workPlane_->width() != source.width() ||
+        workPlane_->height() != source.height()) {
+        workPlane_ = FloatImage::uninitialised(source.width(), source.height());
+    }
+    return *workPlane_;
 }
 
 bool Splitted2DRestoration::linesByKernels(const FloatImage& source, bool products,

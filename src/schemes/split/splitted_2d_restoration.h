@@ -82,6 +82,10 @@ class Splitted2DRestoration : public SimpleAnisotropicOperator {
     /// Keeps the account of a pass at the head of each line; false once the work is cancelled.
     static bool beginLine(int line, int lines);
 
+    /// The work plane of a step, kept from step to step. The first pass writes all of it, so
+    /// the samples of the source are not copied.
+    FloatImage& workPlane(const FloatImage& source);
+
     /// Whether the kernels can do the passes: solver 0, a flow of this library, and with
     /// products no side of one sample. Call it after the flow is updated.
     bool linesByKernels(const FloatImage& source, bool products, LineFlow& lines) const;
@@ -97,6 +101,7 @@ class Splitted2DRestoration : public SimpleAnisotropicOperator {
     std::unique_ptr<RealVector> rhsY_;
     std::unique_ptr<RealVector> solutionY_;
     LinePasses passes_;
+    std::unique_ptr<FloatImage> workPlane_;
     bool plainPath_ = false;
 
   private:
