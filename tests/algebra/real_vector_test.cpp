@@ -114,14 +114,21 @@ TEST(RealVector, SumsAreWiderThanFloat) {
 }
 
 TEST(RealVector, SumsFollowTheDeclaredLanes) {
-    const RealVector v = randomVector(37, 5);
-    double lanes[8] = {};
-    for (int i = 0; i < v.size(); ++i) {
-        lanes[i % 8] += double{v[i]} * double{v[i]};
-    }
+    // Lane 0 loses the 1 of element 8 between 2^60 and -2^60; lane 1 keeps that of element 1.
+    RealVector v(24);
+    v[0] = 0x1p60f;
+    v[1] = 1.0f;
+    v[8] = 1.0f;
+    v[16] = -0x1p60f;
+    RealVector squares(24);
+    squares[0] = 0x1p30f;
+    squares[1] = 1.0f;
+    squares[8] = 1.0f;
 
-    EXPECT_EQ(v.SumOfSquares(), ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) +
-                                    ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7])));
+    EXPECT_EQ(v.Sum(), 1.0);
+    EXPECT_EQ(v.Dot(RealVector(24, 1.0f)), 1.0);
+    // 2^60 takes neither 1: lane 0 drops its own, the join drops that of lane 1.
+    EXPECT_EQ(squares.SumOfSquares(), 0x1p60);
 }
 
 TEST(RealVector, ExtremesStartFromTheFirstElement) {

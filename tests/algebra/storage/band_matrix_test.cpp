@@ -249,6 +249,38 @@ TEST(BandMatrix, SolvesAndSweepsHaveTheBitsOfTheDefaults) {
     }
 }
 
+// Row 3 of the lower and row 0 of the upper part hold 1, 2^60, -2^60 with the column rising: summed in
+// this order in double the 1 is lost, in the other it stays.
+void fillForOrder(Matrix& A) {
+    A.Fill(0.0f);
+    for (int i = 0; i < 4; ++i) {
+        A.Set(i, i, 1.0f);
+    }
+    const float terms[] = {1.0f, 0x1p60f, -0x1p60f};
+    for (int k = 0; k < 3; ++k) {
+        A.Set(k, 3, terms[k]);
+        A.Set(k + 1, 0, terms[k]);
+    }
+}
+
+TEST(BandMatrix, RowSumsRunWithTheColumnRisingAsInTheDefaults) {
+    BandMatrix band = randomBand(4, {-3, -2, -1, 0, 1, 2, 3});
+    PlainMatrix plain(4);
+    fillForOrder(band);
+    fillForOrder(plain);
+    const RealVector ones(4, 1.0f);
+
+    for (const Matrix* A :
+         {static_cast<const Matrix*>(&band), static_cast<const Matrix*>(&plain)}) {
+        EXPECT_EQ((*A->SolveLower(ones, nullptr))[3], 1.0f);
+        EXPECT_EQ((*A->SolveUnitLower(ones, nullptr))[3], 1.0f);
+        EXPECT_EQ((*A->SolveUpper(ones, nullptr))[0], 1.0f);
+        EXPECT_EQ((*A->SolveUnitUpper(ones, nullptr))[0], 1.0f);
+        EXPECT_EQ((*A->JacobiSweep(ones, ones, nullptr))[0], 1.0f);
+        EXPECT_EQ((*A->JacobiSweep(ones, ones, nullptr))[3], 1.0f);
+    }
+}
+
 TEST(BandMatrix, FactorsHaveTheElementsOfTheDefaults) {
     for (const int n : {1, 2, 3, 7, 16, 45}) {
         for (const int w : {0, 1, 2, 3, 4, 5, 6, 7, 8, 12, 44}) {
