@@ -73,6 +73,9 @@ void readChannelInto(const DiscreteImage& image, int channel, Plane& plane) {
 
 template <class Planes>
 void readThreeChannelsInto(const DiscreteImage& image, Planes& planes) {
+    for (int i = 0; i < 3; ++i) {
+        planes.plane(i).setChannel(i + 1);
+    }
     if (const unsigned char* const pixels = image.packedRgb()) {
         const std::array targets = {planes.plane(0).data(), planes.plane(1).data(),
                                     planes.plane(2).data()};

@@ -26,7 +26,8 @@ void readValue(const DiscreteImage& image, RealImage& plane);
 void readChannel(const DiscreteImage& image, int channel, FloatImage& plane);
 void readChannel(const DiscreteImage& image, int channel, RealImage& plane);
 
-/// Fills three planes from a colour image in one pass, plane i from channel i + 1.
+/// Fills three planes from a colour image in one pass, plane i from channel i + 1, which it
+/// keeps as its channel().
 void readThreeChannels(const DiscreteImage& image, FloatImage3& planes);
 void readThreeChannels(const DiscreteImage& image, RealImage3& planes);
 

@@ -49,6 +49,8 @@ class RealImage {
     int height() const { return height_; }
     /// The channel that the plane was read from; 0 unless it was built from one.
     int channel() const { return channel_; }
+    /// Sets the number of channel(), for code that reads a channel into the plane.
+    void setChannel(int channel) { channel_ = channel; }
     /// A byte that copies along and that nothing reads.
     unsigned char flag() const { return flag_; }
     /// Sets the byte of flag().

@@ -15,8 +15,7 @@ namespace orv {
 ///
 /// Shapes:  width x height pixels in one block; sizes below zero count as zero.
 /// Owns:    `rawPixels`, the block of 3 x height x width + 32 bytes, and `rows`; `pixels` is
-/// the
-///          first 32-byte boundary in the block.
+///          the first 32-byte boundary in the block.
 /// Fails:   memory that can't be had throws std::bad_alloc, which the exports turn into null.
 class RgbDiscreteImage final : public DiscreteImage {
   public:

@@ -256,6 +256,26 @@ TEST(DiscreteImage, PrintsItsSizesAndChannels) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "DiscreteImage(12,7) c=1\n");
 }
 
+TEST(DiscreteImage, PrintingToAFileFlushesIt) {
+    const std::string path = testing::TempDir() + "discrete_image_flush.txt";
+    std::FILE* const file = std::fopen(path.c_str(), "w");
+    ASSERT_NE(file, nullptr);
+
+    PlainImage(3, 2, 1).printTo(file);
+
+    // Read before the writer closes, which would flush as well.
+    std::FILE* const reader = std::fopen(path.c_str(), "r");
+    char text[64] = {};
+    const std::size_t length =
+        reader != nullptr ? std::fread(text, 1, sizeof text - 1, reader) : 0;
+    if (reader != nullptr) {
+        std::fclose(reader);
+    }
+    std::fclose(file);
+    std::remove(path.c_str());
+    EXPECT_EQ(std::string(text, length), "DiscreteImage(3,2) c=1\n");
+}
+
 TEST(Quirk, ScaledReads) {
     PlainImage image(7, 7, 3);
     image.setRgb(2, 6, 10, 20, 30);

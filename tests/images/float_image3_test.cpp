@@ -33,6 +33,7 @@ TEST(FloatImage3, AColourImageGivesItsThreeChannels) {
 
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(sameBits(planes.plane(i), FloatImage(image, i + 1)));
+        EXPECT_EQ(planes.plane(i).channel(), i + 1);
     }
 }
 
@@ -45,6 +46,7 @@ TEST(FloatImage3, AColourImageWithoutPackedBytesGivesTheSame) {
     EXPECT_EQ(planes.plane(0).row(1)[1], 10.0f);
     EXPECT_EQ(planes.plane(1).row(1)[1], 20.0f);
     EXPECT_EQ(planes.plane(2).row(1)[1], 30.0f);
+    EXPECT_EQ(planes.plane(2).channel(), 3);
 }
 
 TEST(FloatImage3, AGreyImageGivesItsValueThreeTimes) {
@@ -55,6 +57,7 @@ TEST(FloatImage3, AGreyImageGivesItsValueThreeTimes) {
 
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(planes.plane(i).row(2)[0], 41.0f);
+        EXPECT_EQ(planes.plane(i).channel(), 0);
     }
 }
 
@@ -68,12 +71,14 @@ TEST(FloatImage3, AnyOtherChannelCountLeavesThePlanesZero) {
 }
 
 TEST(FloatImage3, ACopyClonesThePlanes) {
-    const FloatImage3 planes = noisePlanes(5, 4, 2);
+    FloatImage3 planes = noisePlanes(5, 4, 2);
+    planes.setFlag(6);
 
     const auto copy = planes.clone();
 
     EXPECT_TRUE(sameBits(*copy, planes));
     EXPECT_NE(copy->plane(0).data(), planes.plane(0).data());
+    EXPECT_EQ(copy->flag(), 6);
 }
 
 TEST(FloatImage3, AssignOfEqualSizeLeavesTheSamplesAsTheyWere) {

@@ -20,7 +20,19 @@ TEST(RealImage3, AColourImageGivesItsThreeChannels) {
 
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(sameBits(planes.plane(i), RealImage(image, i + 1)));
+        EXPECT_EQ(planes.plane(i).channel(), i + 1);
     }
+}
+
+TEST(RealImage3, ACopyClonesThePlanes) {
+    RealImage3 planes = noiseRealPlanes(5, 4, 7);
+    planes.setFlag(6);
+
+    const auto copy = planes.clone();
+
+    EXPECT_TRUE(sameBits(*copy, planes));
+    EXPECT_NE(copy->plane(0).data(), planes.plane(0).data());
+    EXPECT_EQ(copy->flag(), 6);
 }
 
 TEST(RealImage3, GreyImagesGiveTheirValueAndOtherCountsZero) {
