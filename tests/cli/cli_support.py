@@ -1,6 +1,7 @@
 """What the tests of the command line share: running the tool, and pictures made by hand."""
 
 import os
+import shutil
 import struct
 import subprocess
 import tempfile
@@ -24,6 +25,22 @@ HAVE_VIPS = "libvips" in run("--version")[1]
 NEEDS_VIPS = unittest.skipUnless(HAVE_VIPS, "this build of orv is without libvips")
 
 
+def find_imagemagick():
+    """The command of a full ImageMagick, or None."""
+    for name in ("magick", "/usr/bin/convert", "convert"):
+        command = shutil.which(name)
+        if command is None:
+            continue
+        told = subprocess.run([command, "-version"], capture_output=True)
+        if b"Version: ImageMagick" in told.stdout:
+            return command
+    return None
+
+
+MAGICK = find_imagemagick()
+NEEDS_MAGICK = unittest.skipUnless(MAGICK, "ImageMagick, which makes the picture, is not installed")
+
+
 class FolderCase(unittest.TestCase):
     """A case with a folder of its own."""
 
@@ -37,6 +54,10 @@ class FolderCase(unittest.TestCase):
     def check(self, expected, *arguments):
         """Exit code, standard output and standard error, to the letter."""
         self.assertEqual(run(*arguments, cwd=self.folder), expected)
+
+    def magick(self, *arguments):
+        """Makes a picture by ImageMagick."""
+        subprocess.run([MAGICK, *arguments], cwd=self.folder, check=True, capture_output=True)
 
     def names(self):
         """The files of the folder, hidden ones too."""

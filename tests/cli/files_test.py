@@ -1,14 +1,14 @@
 """Files that can't be read or written: one line, exit code 3, and nothing left behind."""
 
 import os
+import pty
+import re
 import signal
 import subprocess
 import time
 import unittest
 
 from cli_support import KEEP, NEEDS_VIPS, TOOL, FolderCase, run, samples, write_netpbm, write_png
-
-ENDINGS_PLAIN = ".bmp .ppm .pgm .pnm"
 
 
 class Files(FolderCase):
@@ -149,6 +149,32 @@ class Runs(FolderCase):
             self.assertEqual(percents[-1], 100)
             self.assertNotIn(100, percents[:-1])
         self.assertRegex(out, r"^out\.ppm: 256 x 256 pixels, 8-bit colour, 197 KB, in [\d.]+ s\n$")
+
+    def test_a_terminal_shows_one_line_that_only_rises(self):
+        keeper, terminal = pty.openpty()
+        write_netpbm(self.folder / "in.ppm", 256, 256, samples(256, 256, 3))
+        arguments = [TOOL, "restore", "in.ppm", "out.ppm", "--steps", "200", "--scheme", "AMOS"]
+        environment = {**os.environ, "TERM": "xterm"}
+        with subprocess.Popen(arguments, cwd=self.folder, env=environment, stdout=subprocess.PIPE, stderr=terminal) as process:
+            os.close(terminal)
+            shown = b""
+            while True:
+                try:
+                    block = os.read(keeper, 4096)
+                except OSError:  # the other end is closed
+                    break
+                if not block:
+                    break
+                shown += block
+            process.communicate(timeout=60)
+        os.close(keeper)
+
+        self.assertEqual(process.returncode, 0)
+        percents = [int(found) for found in re.findall(rb"restore +(\d+) %", shown)]
+        self.assertEqual(percents, sorted(percents))
+        if percents:  # a quick machine has nothing to tell
+            self.assertEqual((percents[-1], percents.count(100)), (100, 1))
+            self.assertEqual(shown.count(b"\n"), 1)
 
     def test_quick_runs_and_quiet_runs_are_silent(self):
         write_netpbm(self.folder / "in.ppm", 8, 8, samples(8, 8, 3))

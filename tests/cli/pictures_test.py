@@ -5,6 +5,7 @@ import unittest
 
 from cli_support import (
     KEEP,
+    NEEDS_MAGICK,
     NEEDS_VIPS,
     FolderCase,
     exif,
@@ -213,6 +214,41 @@ class VipsFormats(Pictures):
         write_png(self.folder / "in.png", 4, 4, samples(4, 4, 3), 3, extra=density)
         self.done("in.png", "out.png", *KEEP)
         self.assertIn((b"pHYs", struct.pack(">IIB", 11811, 11811, 1)), png_chunks(self.folder / "out.png"))
+
+
+@NEEDS_VIPS
+@NEEDS_MAGICK
+class UnusualPictures(Pictures):
+    def test_cmyk_becomes_rgb(self):
+        self.magick("-size", "8x8", "xc:red", "-colorspace", "CMYK", "in.jpg")
+        self.done("in.jpg", "out.ppm", *KEEP)
+        width, height, channels, _, values = read_netpbm(self.folder / "out.ppm")
+        self.assertEqual((width, height, channels), (8, 8, 3))
+        self.assertGreater(values[0], 200)
+        self.assertLess(values[2], 80)
+
+    def test_several_pages_are_refused(self):
+        self.magick("-size", "8x8", "xc:red", "xc:blue", "in.tif")
+        self.magick("-size", "8x8", "xc:red", "xc:blue", "in.webp")
+        for name in ("in.tif", "in.webp"):
+            self.refused(r"holds 2 pages or frames; orv takes single pictures\n$", name, "out.ppm")
+
+    def test_other_colour_spaces_are_refused(self):
+        self.magick("-size", "8x8", "xc:red", "-colorspace", "LAB", "in.tif")
+        self.refused(r"channels of kind labs?; orv takes grey and RGB, with or without alpha\n$", "in.tif", "out.ppm")
+
+    def test_float_tiff_stays_float(self):
+        self.magick(
+            *("-size", "8x8", "xc:#406080", "-depth", "32", "-define", "quantum:format=floating-point", "-compress", "none", "in.tif")
+        )
+        code, out, error = run("restore", "in.tif", "out.tif", cwd=self.folder)
+        self.assertEqual((code, error), (0, ""))
+        self.assertRegex(out, "^out.tif: 8 x 8 pixels, float colour, ")
+        self.refused("can't hold the float samples of this picture; take TIFF\n$", "in.tif", "out.png")
+
+    def test_unread_kinds_of_bmp(self):
+        self.magick("-size", "8x8", "gradient:red-blue", "-colors", "16", "-depth", "4", "-type", "palette", "four.bmp")
+        self.refused(r"is a (BMP of 4 bits a pixel; 8, 24 and 32 are read|compressed BMP, which isn't read)\n$", "four.bmp", "out.ppm")
 
 
 if __name__ == "__main__":

@@ -106,12 +106,6 @@ std::string describe(VipsImage* image, Picture& picture) {
     picture.colours = samples.channels - (picture.alpha ? 1 : 0);
     const VipsInterpretation kind = vips_image_get_interpretation(image);
     const std::string kindName = vips_enum_nick(VIPS_TYPE_INTERPRETATION, kind);
-    if (!depthOf(vips_image_get_format(image), samples.depth)) {
-        return "has samples of an unusual type (" +
-               std::string(
-                   vips_enum_nick(VIPS_TYPE_BAND_FORMAT, vips_image_get_format(image))) +
-               "); orv takes 8 and 16 bits and float";
-    }
     const bool known = kind == VIPS_INTERPRETATION_B_W || kind == VIPS_INTERPRETATION_GREY16 ||
                        kind == VIPS_INTERPRETATION_sRGB || kind == VIPS_INTERPRETATION_RGB ||
                        kind == VIPS_INTERPRETATION_RGB16 || kind == VIPS_INTERPRETATION_scRGB ||
@@ -119,6 +113,12 @@ std::string describe(VipsImage* image, Picture& picture) {
     if (!known || (picture.colours != 1 && picture.colours != 3)) {
         return "has " + std::to_string(samples.channels) + " channels of kind " + kindName +
                "; orv takes grey and RGB, with or without alpha";
+    }
+    if (!depthOf(vips_image_get_format(image), samples.depth)) {
+        return "has samples of an unusual type (" +
+               std::string(
+                   vips_enum_nick(VIPS_TYPE_BAND_FORMAT, vips_image_get_format(image))) +
+               "); orv takes 8 and 16 bits and float";
     }
     if (static_cast<double>(samples.width) * samples.height > kMostPixels) {
         return std::to_string(samples.width) + " x " + std::to_string(samples.height) +
