@@ -23,7 +23,7 @@ class JacobiSolver : public IterativeLinearSolver {
     ~JacobiSolver() override;
 
     using IterativeLinearSolver::Solve;
-    /// Makes the work vector anew and runs the loop.
+    /// Prepares the work vector, which nothing reads, and runs the loop.
     std::unique_ptr<RealVector> Solve(const Matrix& A, const RealVector& b,
                                       std::unique_ptr<RealVector> u) override;
 

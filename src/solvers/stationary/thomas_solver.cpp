@@ -54,9 +54,12 @@ std::unique_ptr<RealVector> ThomasSolver::Solve(const Matrix& A, const RealVecto
     work_ =
         unitLower ? F.SolveUnitLower(b, std::move(work_)) : F.SolveLower(b, std::move(work_));
     if (!work_) {
-        return nullptr;
+        u = nullptr;  // b is of another size
+    } else if (unitLower) {
+        u = F.SolveUpper(*work_, std::move(u));
+    } else {
+        u = F.SolveUnitUpper(*work_, std::move(u));
     }
-    u = unitLower ? F.SolveUpper(*work_, std::move(u)) : F.SolveUnitUpper(*work_, std::move(u));
 
     if (refactorise_) {
         factors_.reset();

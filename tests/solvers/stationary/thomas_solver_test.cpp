@@ -164,6 +164,15 @@ TEST(ThomasSolver, GivesNullForARightHandSideOfAnotherSizeAndWorksOn) {
     EXPECT_LT(largestError(*u, denseSolve(A, wavyVector(6))), kDirectError);
 }
 
+TEST(ThomasSolver, DropsItsFactorsWithRebuildEvenWhenTheSizesDontFit) {
+    ThomasSolver solver;
+
+    EXPECT_EQ(solver.Solve(diffusionLine(6, 0.5F), wavyVector(5), /*rebuild=*/true, nullptr),
+              nullptr);
+
+    EXPECT_FALSE(solver.hasFactors());
+}
+
 TEST(ThomasSolver, IgnoresTheSettingsOfCreate) {
     LinearSolverList list(50, 10);
     const FTriDiagonalMatrix A = diffusionLine(12, 3.0F);
