@@ -158,6 +158,27 @@ def read_png(path):
     return width, height, channels, depth, values
 
 
+def write_float_tiff(path, width, height, values):
+    """A TIFF of one strip of float RGB samples."""
+    body = struct.pack(f"<{len(values)}f", *values)
+    entries = [
+        (256, 3, 1, width),
+        (257, 3, 1, height),
+        (258, 3, 1, 32),
+        (259, 3, 1, 1),
+        (262, 3, 1, 2),
+        (273, 4, 1, 8),
+        (277, 3, 1, 3),
+        (278, 3, 1, height),
+        (279, 4, 1, len(body)),
+        (284, 3, 1, 1),
+        (339, 3, 1, 3),
+    ]
+    table = b"".join(struct.pack("<HHII", *entry) for entry in entries)
+    head = b"II*\0" + struct.pack("<I", 8 + len(body))
+    Path(path).write_bytes(head + body + struct.pack("<H", len(entries)) + table + struct.pack("<I", 0))
+
+
 def jpeg_segments(data):
     """The segments of a JPEG before its scan, as pairs of marker and body."""
     at, found = 2, []
