@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "schemes/gradient_norms/central_gradient_norm.h"
@@ -183,6 +184,45 @@ TEST(SlopeGradientNorm, NeighboursAreVisitedColumnByColumnInTheirFixedOrder) {
     MinBiasedSlopeGradientNorm smallest;
     smallest.setImage(plane);
     EXPECT_NEAR(smallest.interiorNorm(1, 1), 1.0 + 4.0, 1e-4);
+}
+
+TEST(SlopeGradientNorm, BiasedNormsFollowTheirRuleInTheOrderOfTheVisit) {
+    const int order[8][2] = {{-1, 0}, {-1, -1}, {-1, 1}, {0, -1},
+                             {0, 1},  {1, -1},  {1, 0},  {1, 1}};
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        const FloatImage plane = noisePlane(3, 3, seed);
+        double high[2] = {-1.0, -1.0};
+        double low[2] = {-1.0, -1.0};
+        for (const auto& [dx, dy] : order) {
+            double v =
+                std::fabs(static_cast<double>(plane.row(1 + dx)[1 + dy]) - plane.row(1)[1]);
+            v *= dx != 0 && dy != 0 ? std::sqrt(0.5) : 1.0;
+            if (high[0] < 0.0) {
+                high[0] = high[1] = low[0] = low[1] = v;
+                continue;
+            }
+            if (v > high[0]) {
+                high[1] = std::exchange(high[0], v);
+            } else {
+                high[1] = std::min(high[1], v);
+            }
+            if (v < low[0]) {
+                low[1] = std::exchange(low[0], v);
+            } else {
+                low[1] = std::max(low[1], v);
+            }
+        }
+        MaxBiasedSlopeGradientNorm largest;
+        MinBiasedSlopeGradientNorm smallest;
+        largest.setImage(plane);
+        smallest.setImage(plane);
+
+        // The weight of the diagonal slopes is a float.
+        const double expected = high[0] * high[0] + high[1] * high[1];
+        EXPECT_NEAR(largest.interiorNorm(1, 1), expected, 1e-6 * expected);
+        const double expectedLow = low[0] * low[0] + low[1] * low[1];
+        EXPECT_NEAR(smallest.interiorNorm(1, 1), expectedLow, 1e-6 * expectedLow);
+    }
 }
 
 TEST(GradientNorm, ApplyFillsEverySampleFromItsOwnOperation) {

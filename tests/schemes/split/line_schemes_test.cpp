@@ -68,6 +68,20 @@ TEST(LineSchemes, TakeOneExplicitStepWithoutTheFlag) {
     }
 }
 
+TEST(LineSchemes, StartFromTheRightSideAndAosFromZeros) {
+    // Solver 2 without a sweep hands its start vector back.
+    const SchemeArguments noSweep{.solverId = 2, .solverIterations = 0};
+    const FloatImage plane = noisePlane(5, 6, 12);
+    DiffusionFlow flow(0.0, 25.0, 0, 0);
+    const auto run = [&](Scheme scheme) {
+        return makeScheme(scheme, &flow, noSweep)->apply(plane, nullptr);
+    };
+
+    EXPECT_TRUE(sameBits(*run(Scheme::Lod), plane));
+    EXPECT_TRUE(sameBits(*run(Scheme::Afi), plane));
+    EXPECT_TRUE(sameBits(*run(Scheme::Aos), FloatImage(5, 6)));
+}
+
 TEST(LineSchemes, UpdateOnceAndUpdateEachStepGiveOneResult) {
     const FloatImage plane = noisePlane(5, 6, 3);
     for (const Scheme scheme : kAllSchemes) {
