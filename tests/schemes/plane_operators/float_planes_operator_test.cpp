@@ -157,6 +157,64 @@ TEST(FloatPlanesOperator, EndsEarlyWhenTheWorkIsCancelled) {
     EXPECT_EQ(op.calls.size(), 1U);
 }
 
+/// A clone of the source with 1 added; takes no notice of the target but whether there is one.
+class AddOneToAClone : public FloatOperator {
+  public:
+    AddOneToAClone() { dropsTarget_ = true; }
+    std::unique_ptr<FloatImage> apply(const FloatImage& source,
+                                      std::unique_ptr<FloatImage> target) override {
+        targets += target ? 1 : 0;
+        target = source.clone();
+        for (std::size_t i = 0; i < source.sampleCount(); ++i) {
+            target->data()[i] += 1.0F;
+        }
+        return target;
+    }
+    int targets = 0;
+};
+
+TEST(FloatPlanesOperator, MakesNoPlanesForAnOperatorThatDropsItsTarget) {
+    AddOneToAClone op;
+    FloatPlanesOperator planes(&op);
+    const auto in = source();
+    in->setFlag(3);
+
+    const auto out = planes.apply(*in, nullptr);
+
+    expectFlat(*out, 11.0);
+    EXPECT_EQ(op.targets, 0);
+    EXPECT_EQ(out->width(), 4);
+    EXPECT_EQ(out->height(), 3);
+    EXPECT_EQ(out->flag(), 3);
+}
+
+TEST(FloatPlanesOperator, LeavesClonesOfTheSourceWhereItWasCancelled) {
+    AddOneFloat keeping;
+    AddOneToAClone dropping;
+    for (FloatOperator* const op :
+         {static_cast<FloatOperator*>(&keeping), static_cast<FloatOperator*>(&dropping)}) {
+        FloatPlanesOperator planes(op);
+        StoppingObserver observer(0.3);
+        const WorkObserverScope scope(&observer);
+
+        const auto out = planes.apply(*source(), nullptr);
+
+        EXPECT_TRUE(isFlat(out->plane(0), 11.0));
+        EXPECT_TRUE(isFlat(out->plane(1), 110.0));
+        EXPECT_TRUE(isFlat(out->plane(2), 210.0));
+    }
+}
+
+TEST(FloatPlanesOperator, TakesOverATargetOfAnotherSizeAfterItsFirstPass) {
+    AddOneToAClone op;
+    FloatPlanesOperator planes(&op);
+
+    // The assign to the work planes copies as long as the sizes differ, that is once.
+    const auto out = planes.iterate(3, *source(), std::make_unique<FloatImage3>(2, 2));
+
+    expectFlat(*out, 12.0);
+}
+
 TEST(Quirk, ProgressSlice) {
     AddOneFloat op;
     FloatPlanesOperator planes(&op);
