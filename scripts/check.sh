@@ -74,6 +74,7 @@ check sizes scripts/check_sizes.py
 check quirks scripts/check_quirks.py
 check words scripts/check_words.py
 check references scripts/check_references.py
+check links scripts/check_links.py
 check headers headers
 check public-headers public_headers
 check shell shell

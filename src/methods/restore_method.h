@@ -6,7 +6,7 @@ namespace orv {
 
 /// Nonlinear diffusion: the method of ORVFastRestoration on planes.
 ///
-/// Source:  [PeronaMalik1990], [WeickertRomenyViergever1998]
+/// Source:  [PeronaMalik1990], [WeickertTerHaarRomenyViergever1998]
 extern const Method kRestoreMethod;
 
 }  // namespace orv

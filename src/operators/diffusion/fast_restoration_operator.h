@@ -12,7 +12,7 @@ namespace orv {
 /// Each run makes a `DiffusionFlow` and the scheme of the table, drives the planes and lets
 /// both go. It does no numerics of its own.
 ///
-/// Source:  [PeronaMalik1990], [Weickert1998], [WeickertRomenyViergever1998]
+/// Source:  [PeronaMalik1990], [Weickert1998], [WeickertTerHaarRomenyViergever1998]
 class FastRestorationOperator : public FloatPlaneImageOperator {
   public:
     /// Units:   tau in pixels squared, sigma in pixels, contrast in grey levels.
