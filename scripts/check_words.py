@@ -25,7 +25,7 @@ CODE_RULES = (
 )
 SOURCE_RULES = (
     (re.compile(r"#\s*include\s*<(fstream|sstream|iomanip|ostream|istream|ranges)>"), "no streams"),
-    (re.compile(r"#\s*include\s*<(?!std|math|cpuid|windows)[\w/]+\.h>"), "another library"),
+    (re.compile(r"#\s*include\s*<(?!std|math|cpuid|windows|sys/)[\w/]+\.h>"), "another library"),
 )
 OWNING_RULES = (
     (re.compile(r"\bnew\s+[A-Za-z_(:]"), "no raw new"),
