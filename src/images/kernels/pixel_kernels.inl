@@ -78,18 +78,101 @@ inline void scatter(const Sample* tile, int columns, int rows, int rowsLeft, Sam
     }
 }
 
+#if defined(__GNUC__)
+
+typedef unsigned char Bytes16 __attribute__((vector_size(16)));
+
+inline Bytes16 interleaveLow(Bytes16 a, Bytes16 b) {
+    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7,
+                                   23);
+}
+
+inline Bytes16 interleaveHigh(Bytes16 a, Bytes16 b) {
+    return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30,
+                                   15, 31);
+}
+
+/// Transposes 16 x 16 bytes: four perfect shuffles of the 256. Compilers don't find them in a
+/// plain loop, and byte by byte the transposition is the whole cost of a conversion.
+inline void transposeBytes(Bytes16 (&rows)[16]) {
+    Bytes16 mixed[16];
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 8; ++i) {
+            mixed[2 * i] = interleaveLow(rows[i], rows[i + 8]);
+            mixed[2 * i + 1] = interleaveHigh(rows[i], rows[i + 8]);
+        }
+        for (int i = 0; i < 8; ++i) {
+            rows[2 * i] = interleaveLow(mixed[i], mixed[i + 8]);
+            rows[2 * i + 1] = interleaveHigh(mixed[i], mixed[i + 8]);
+        }
+    }
+}
+
+/// 16 x 16 pixels into the tiles: byte k of the 48 of a row is channel k % 3 of pixel k / 3.
+inline void gatherRgbBlock(const unsigned char* first, std::size_t rowBytes, std::size_t at,
+                           unsigned char (*tiles)[kTile * kTile]) {
+    for (std::size_t part = 0; part < 48; part += 16) {
+        Bytes16 rows[16];
+        for (std::size_t y = 0; y < 16; ++y) {
+            __builtin_memcpy(&rows[y], first + y * rowBytes + part, sizeof rows[y]);
+        }
+        transposeBytes(rows);
+        for (std::size_t i = 0; i < 16; ++i) {
+            const std::size_t k = part + i;
+            __builtin_memcpy(&tiles[k % 3][at + k / 3 * kTileStep], &rows[i], sizeof rows[i]);
+        }
+    }
+}
+
+/// The way back.
+inline void scatterRgbBlock(const unsigned char (*tiles)[kTile * kTile], std::size_t at,
+                            unsigned char* first, std::size_t rowBytes) {
+    for (std::size_t part = 0; part < 48; part += 16) {
+        Bytes16 rows[16];
+        for (std::size_t i = 0; i < 16; ++i) {
+            const std::size_t k = part + i;
+            __builtin_memcpy(&rows[i], &tiles[k % 3][at + k / 3 * kTileStep], sizeof rows[i]);
+        }
+        transposeBytes(rows);
+        for (std::size_t y = 0; y < 16; ++y) {
+            __builtin_memcpy(first + y * rowBytes + part, &rows[y], sizeof rows[y]);
+        }
+    }
+}
+
+constexpr int kBlock = 16;
+
+#else
+
+constexpr int kBlock = 2 * kTile;  // wider than a tile: no block fits
+
+inline void gatherRgbBlock(const unsigned char*, std::size_t, std::size_t,
+                           unsigned char (*)[kTile * kTile]) {}
+inline void scatterRgbBlock(const unsigned char (*)[kTile * kTile], std::size_t, unsigned char*,
+                            std::size_t) {}
+
+#endif
+
 /// Three tiles from the pixels in one walk.
 inline void gatherRgb(const unsigned char* first, std::size_t rowBytes, int columns, int rows,
                       int rowsLeft, unsigned char (*tiles)[kTile * kTile]) {
+    const int blockColumns = columns - columns % kBlock;
+    const int blockRows = rows - rows % kBlock;
     for (int y = 0; y < rows; ++y) {
-        const unsigned char* from = first + sizeOf(y) * rowBytes;
+        const unsigned char* const line = first + sizeOf(y) * rowBytes;
         prefetchRow<0>(first + sizeOf(smaller(y + kTile, rowsLeft - 1)) * rowBytes,
                        3 * sizeOf(columns));
-        for (int x = 0; x < columns; ++x, from += 3) {
+        if (y < blockRows && y % kBlock == 0) {
+            for (int x = 0; x < blockColumns; x += kBlock) {
+                gatherRgbBlock(line + 3 * sizeOf(x), rowBytes,
+                               sizeOf(x) * kTileStep + sizeOf(y), tiles);
+            }
+        }
+        for (int x = y < blockRows ? blockColumns : 0; x < columns; ++x) {
             const std::size_t at = sizeOf(x) * kTileStep + sizeOf(y);
-            tiles[0][at] = from[0];
-            tiles[1][at] = from[1];
-            tiles[2][at] = from[2];
+            tiles[0][at] = line[3 * x];
+            tiles[1][at] = line[3 * x + 1];
+            tiles[2][at] = line[3 * x + 2];
         }
     }
 }
@@ -97,15 +180,23 @@ inline void gatherRgb(const unsigned char* first, std::size_t rowBytes, int colu
 /// The pixels from three tiles in one walk.
 inline void scatterRgb(const unsigned char (*tiles)[kTile * kTile], int columns, int rows,
                        int rowsLeft, unsigned char* first, std::size_t rowBytes) {
+    const int blockColumns = columns - columns % kBlock;
+    const int blockRows = rows - rows % kBlock;
     for (int y = 0; y < rows; ++y) {
-        unsigned char* to = first + sizeOf(y) * rowBytes;
+        unsigned char* const line = first + sizeOf(y) * rowBytes;
         prefetchRow<1>(first + sizeOf(smaller(y + kTile, rowsLeft - 1)) * rowBytes,
                        3 * sizeOf(columns));
-        for (int x = 0; x < columns; ++x, to += 3) {
+        if (y < blockRows && y % kBlock == 0) {
+            for (int x = 0; x < blockColumns; x += kBlock) {
+                scatterRgbBlock(tiles, sizeOf(x) * kTileStep + sizeOf(y), line + 3 * sizeOf(x),
+                                rowBytes);
+            }
+        }
+        for (int x = y < blockRows ? blockColumns : 0; x < columns; ++x) {
             const std::size_t at = sizeOf(x) * kTileStep + sizeOf(y);
-            to[0] = tiles[0][at];
-            to[1] = tiles[1][at];
-            to[2] = tiles[2][at];
+            line[3 * x] = tiles[0][at];
+            line[3 * x + 1] = tiles[1][at];
+            line[3 * x + 2] = tiles[2][at];
         }
     }
 }
