@@ -93,12 +93,11 @@ Planes oneStep(Planes planes, const DiffusionStep& step) {
     }
     const int width = planes[0]->width();
     const int height = planes[0]->height();
-    // Its zero planes are replaced at once; the constructor is the one way to set the size.
-    FloatImage3 colour(width, height);
+    const std::unique_ptr<FloatImage3> colour = FloatImage3::withoutPlanes(width, height);
     for (int i = 0; i < 3; ++i) {
-        colour.setPlane(i, std::move(planes[static_cast<std::size_t>(i)]));
+        colour->setPlane(i, std::move(planes[static_cast<std::size_t>(i)]));
     }
-    const auto result = step.threePlanes(colour);
+    const auto result = step.threePlanes(*colour);
     for (int i = 0; i < 3; ++i) {
         planes[static_cast<std::size_t>(i)] = result ? result->takePlane(i) : nullptr;
     }
