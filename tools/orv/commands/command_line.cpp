@@ -58,6 +58,22 @@ std::string flagWithValue(const Syntax& syntax, int argc, const char* const* arg
     return {};
 }
 
+/// What is wrong with the first word that nobody wanted; empty when there is none.
+std::string firstUnwanted(const Syntax& syntax, std::vector<std::string> extras) {
+    // The mark that ends the options is handed back with the words that nobody wanted.
+    extras.erase(std::remove(extras.begin(), extras.end(), "--"), extras.end());
+    for (const std::string& word : extras) {
+        // An unknown option explains the words around it better than they do themselves.
+        if (word.size() > 1 && word[0] == '-') {
+            return unexpected(syntax, word);
+        }
+    }
+    if (!extras.empty()) {
+        return unexpected(syntax, extras.front());
+    }
+    return {};
+}
+
 std::string missingFile(const Syntax& syntax, const char* what) {
     const std::string verb(syntax.verb);
     return verb + ": " + what + " is missing (usage: orv " + verb + " IN OUT [options])";
@@ -119,17 +135,9 @@ std::string readCommandLine(const Syntax& syntax, int argc, const char* const* a
     if (line.help) {
         return {};
     }
-    std::vector<std::string> extras = app.remaining();
-    // The mark that ends the options is handed back with the words that nobody wanted.
-    extras.erase(std::remove(extras.begin(), extras.end(), "--"), extras.end());
-    for (const std::string& word : extras) {
-        // An unknown option explains the words around it better than they do themselves.
-        if (word.size() > 1 && word[0] == '-') {
-            return unexpected(syntax, word);
-        }
-    }
-    if (!extras.empty()) {
-        return unexpected(syntax, extras.front());
+    error = firstUnwanted(syntax, app.remaining());
+    if (!error.empty()) {
+        return error;
     }
     if (syntax.files && line.input.empty()) {
         return missingFile(syntax, "the picture to read");
