@@ -172,10 +172,11 @@ double FullMatrix::FrobeniusNorm2() const {
 }
 
 double FullMatrix::MaxColumnSum() const {
+    // quirk: max-sum-names
     double largest = 0.0;
-    for (int i = 0; i < n_; ++i) {
+    for (int j = 0; j < n_; ++j) {
         double sum = 0.0;
-        for (int j = 0; j < n_; ++j) {
+        for (int i = 0; i < n_; ++i) {
             sum += std::fabs(double{column(i)[j]});
         }
         largest = std::max(largest, sum);
@@ -184,10 +185,11 @@ double FullMatrix::MaxColumnSum() const {
 }
 
 double FullMatrix::MaxRowSum() const {
+    // quirk: max-sum-names
     double largest = 0.0;
-    for (int j = 0; j < n_; ++j) {
+    for (int i = 0; i < n_; ++i) {
         double sum = 0.0;
-        for (int i = 0; i < n_; ++i) {
+        for (int j = 0; j < n_; ++j) {
             sum += std::fabs(double{column(i)[j]});
         }
         largest = std::max(largest, sum);

@@ -48,9 +48,11 @@ class FullMatrix final : public Matrix {
 
     /// Root of the sum of the squares.
     virtual double FrobeniusNorm2() const;
-    /// Largest sum of magnitudes over the columns.
+    /// Largest sum of magnitudes along the first index: over the columns i of one row j.
+    /// Quirk:   max-sum-names
     virtual double MaxColumnSum() const;
-    /// Largest sum of magnitudes over the rows.
+    /// Largest sum of magnitudes along the second index: over the rows j of one column i.
+    /// Quirk:   max-sum-names
     virtual double MaxRowSum() const;
     /// Sum of the squares.
     virtual double SumOfSquares() const;
