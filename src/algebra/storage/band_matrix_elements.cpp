@@ -128,7 +128,8 @@ float BandMatrix::GetLower1(int k, int t) const {
 std::unique_ptr<BandMatrix> BandMatrix::part(int from, int count, bool addMain) const {
     std::vector<int> chosen(positions_.begin() + from, positions_.begin() + from + count);
     if (addMain) {
-        chosen.insert(from == 0 ? chosen.end() : chosen.begin(), center_);
+        const bool upper = !chosen.empty() && chosen.front() > center_;
+        chosen.insert(upper ? chosen.begin() : chosen.end(), center_);
     }
     auto result =
         std::make_unique<BandMatrix>(n_, static_cast<int>(chosen.size()), chosen.data());

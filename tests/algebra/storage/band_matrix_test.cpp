@@ -351,6 +351,20 @@ TEST(Quirk, UnitBandDiagonal) {
     EXPECT_EQ(lower->Get(1, 1), 1.0f);
 }
 
+TEST(BandMatrix, UnitPartsOfAStrictPartKeepTheOrderOfTheirPositions) {
+    const RealVector b = vectorOf({1, 2, 3, 4});
+    const auto strictUpper = small().ToStrictUpper();
+    const auto strictLower = small().ToStrictLower();
+
+    const auto upper = strictUpper->ToUnitUpper();
+    const auto lower = strictLower->ToUnitLower();
+
+    EXPECT_EQ(dynamic_cast<const BandMatrix&>(*upper).Position(0), 3);
+    EXPECT_EQ(dynamic_cast<const BandMatrix&>(*lower).Position(1), 3);
+    expectSameBits(*upper->SolveUnitUpper(b, nullptr), *small().SolveUnitUpper(b, nullptr));
+    expectSameBits(*lower->SolveUnitLower(b, nullptr), *small().SolveUnitLower(b, nullptr));
+}
+
 TEST(BandMatrix, PrintsItsNameBeforeTheGeneralForm) {
     const int position = 1;
     BandMatrix A(2, 1, &position);
