@@ -62,8 +62,8 @@ class Matrix {
     /// Sets every position of the pattern to `value`.
     virtual void Fill(float value);
     /// Copies element by element: flag 0 the same layout, any other flag transposed.
-    /// Fails:   does nothing for flags 0 and 1 if `other` is not n by n; other flags don't
-    /// test. Quirk:   assign-unknown-flag
+    /// Fails:   does nothing for flags 0 and 1 if `other` is not n by n; others don't test.
+    /// Quirk:   assign-unknown-flag
     virtual void Assign(const Matrix& other, int transposed);
 
     /// 0 in every class.
@@ -103,14 +103,14 @@ class Matrix {
     virtual std::unique_ptr<RealVector> MultiplyRange(const RealVector& x, int xFrom, int yFrom,
                                                       unsigned char accumulate,
                                                       std::unique_ptr<RealVector> y) const;
-    /// y = A x.
+    /// y = A x; a given y is zeroed as a whole first.
     virtual std::unique_ptr<RealVector> Multiply(const RealVector& x,
                                                  std::unique_ptr<RealVector> y) const;
     /// MultiplyRange with the transpose.
     virtual std::unique_ptr<RealVector> MultiplyTransposedRange(
         const RealVector& x, int xFrom, int yFrom, unsigned char accumulate,
         std::unique_ptr<RealVector> y) const;
-    /// y = A-transposed x.
+    /// y = A-transposed x; a given y is zeroed as a whole first.
     virtual std::unique_ptr<RealVector> MultiplyTransposed(const RealVector& x,
                                                            std::unique_ptr<RealVector> y) const;
     /// MultiplyTransposedRange with the start in y first: matrices are real.

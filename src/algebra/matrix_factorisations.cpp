@@ -136,22 +136,22 @@ std::unique_ptr<Matrix> Matrix::InvertFactor(std::unique_ptr<Matrix> result) con
 std::unique_ptr<Matrix> Matrix::InverseFromFactors(std::unique_ptr<Matrix> result) const {
     std::unique_ptr<Matrix> R = InvertFactor(FactorInPlace(std::move(result)));
     for (int i = n_ - 1; i >= 0; --i) {
-        float s = R->Get(i, i);
+        double s = R->Get(i, i);
         for (int k = 0; k < i; ++k) {
             const float g = R->Get(i, k);
             R->Set(i, k, R->Get(k, k) * g);
-            s += R->Get(i, k) * g;
+            s += double{R->Get(i, k)} * double{g};
         }
         for (int j = i - 1; j >= 0; --j) {
-            float c = R->Get(i, j);
+            double c = R->Get(i, j);
             // quirk: inverse-from-factors
             // The sum counts up from j while k is above 0; it is cut where it leaves the matrix.
             for (int k = j; k > 0 && k < n_; ++k) {
-                c += R->Get(k, 0) * R->Get(i, 0);
+                c += double{R->Get(k, 0)} * double{R->Get(i, 0)};
             }
-            R->Set(i, j, c);
+            R->Set(i, j, toFloat(c));
         }
-        R->Set(i, i, s);
+        R->Set(i, i, toFloat(s));
     }
     return R;
 }

@@ -99,7 +99,8 @@ std::unique_ptr<RealVector> Matrix::Multiply(const RealVector& x,
     if (x.size() != Rows() || y == nullptr) {
         return nullptr;
     }
-    return MultiplyRange(x, 0, 0, /*accumulate=*/0, std::move(y));
+    y->Fill(0.0f);
+    return MultiplyRange(x, 0, 0, /*accumulate=*/1, std::move(y));
 }
 
 std::unique_ptr<RealVector> Matrix::MultiplyTransposedRange(
@@ -118,7 +119,8 @@ std::unique_ptr<RealVector> Matrix::MultiplyTransposed(const RealVector& x,
     if (x.size() != Rows() || y == nullptr) {
         return nullptr;
     }
-    return MultiplyTransposedRange(x, 0, 0, /*accumulate=*/0, std::move(y));
+    y->Fill(0.0f);
+    return MultiplyTransposedRange(x, 0, 0, /*accumulate=*/1, std::move(y));
 }
 
 std::unique_ptr<RealVector> Matrix::MultiplyAdjointRange(const RealVector& x, int yFrom,

@@ -180,6 +180,30 @@ TEST(Matrix, InvertFactorWorksOnTheGivenResult) {
     EXPECT_EQ(spdMatrix(2).InvertFactor(nullptr)->Get(0, 0), 0.25f);
 }
 
+// A matrix that passes for its own inverted factor.
+class InvertedFactor final : public PlainMatrix {
+  public:
+    using PlainMatrix::PlainMatrix;
+    std::unique_ptr<Matrix> FactorInPlace(std::unique_ptr<Matrix>) const override {
+        return Clone();
+    }
+    std::unique_ptr<Matrix> InvertFactor(std::unique_ptr<Matrix> result) const override {
+        return result;
+    }
+};
+
+TEST(Matrix, InverseFromFactorsSumsInDouble) {
+    // Two terms of half a unit of the diagonal each: in float both would be lost.
+    InvertedFactor A(3);
+    A.Set(0, 0, 1);
+    A.Set(1, 1, 1);
+    A.Set(2, 2, 1);
+    A.Set(2, 0, 0x1p-12f);
+    A.Set(2, 1, 0x1p-12f);
+
+    EXPECT_EQ(A.InverseFromFactors(nullptr)->Get(2, 2), 1.0f + 0x1p-23f);
+}
+
 TEST(Quirk, InverseFromFactors) {
     PlainMatrix A(2);
     A.Set(0, 0, 5);

@@ -44,6 +44,15 @@ TEST(Matrix, ProductUsesTheGivenVectorAndClearsIt) {
     EXPECT_EQ(elementsOf(*y), (std::vector<float>{12, 34}));
 }
 
+TEST(Matrix, ProductZeroesAllOfALongerVector) {
+    const auto given = [] { return std::make_unique<RealVector>(3, 99.0f); };
+    const RealVector x = vectorOf({10, 1});
+
+    EXPECT_EQ(elementsOf(*oneToFour().Multiply(x, given())), (std::vector<float>{12, 34, 0}));
+    EXPECT_EQ(elementsOf(*oneToFour().MultiplyTransposed(x, given())),
+              (std::vector<float>{13, 24, 0}));
+}
+
 TEST(Matrix, ProductOfAnotherSizeIsNull) {
     EXPECT_EQ(oneToFour().Multiply(RealVector(3), nullptr), nullptr);
     EXPECT_EQ(oneToFour().MultiplyTransposed(RealVector(1), nullptr), nullptr);

@@ -66,7 +66,7 @@ inline void randomise(Matrix& A, std::uint32_t seed, float shift) {
 }
 
 /// The same elements in a matrix that has nothing but the defaults of Matrix.
-class PlainMatrix final : public Matrix {
+class PlainMatrix : public Matrix {
   public:
     explicit PlainMatrix(int n) : Matrix(n), elements_(static_cast<std::size_t>(n * n)) {}
     explicit PlainMatrix(const Matrix& other) : PlainMatrix(other.Rows()) {

@@ -190,6 +190,15 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyRange(
     return y;
 }
 
+std::unique_ptr<RealVector> FTriDiagonalMatrix::Multiply(const RealVector& x,
+                                                         std::unique_ptr<RealVector> y) const {
+    y = resultVector(std::move(y), length_);
+    if (x.size() != Rows() || y == nullptr) {
+        return nullptr;
+    }
+    return MultiplyRange(x, 0, 0, /*accumulate=*/0, std::move(y));
+}
+
 std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyTransposedRange(
     const RealVector& x, int xFrom, int yFrom, unsigned char accumulate,
     std::unique_ptr<RealVector> y) const {
@@ -199,6 +208,15 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyTransposedRange(
                        y->data() + yFrom);
     }
     return y;
+}
+
+std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyTransposed(
+    const RealVector& x, std::unique_ptr<RealVector> y) const {
+    y = resultVector(std::move(y), length_);
+    if (x.size() != Rows() || y == nullptr) {
+        return nullptr;
+    }
+    return MultiplyTransposedRange(x, 0, 0, /*accumulate=*/0, std::move(y));
 }
 
 void FTriDiagonalMatrix::PrintTo(std::FILE* file) const {

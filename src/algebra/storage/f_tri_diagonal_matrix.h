@@ -52,9 +52,15 @@ class FTriDiagonalMatrix final : public Matrix {
     std::unique_ptr<RealVector> MultiplyRange(const RealVector& x, int xFrom, int yFrom,
                                               unsigned char accumulate,
                                               std::unique_ptr<RealVector> y) const override;
+    /// Writes the first n elements of y alone.
+    std::unique_ptr<RealVector> Multiply(const RealVector& x,
+                                         std::unique_ptr<RealVector> y) const override;
     std::unique_ptr<RealVector> MultiplyTransposedRange(
         const RealVector& x, int xFrom, int yFrom, unsigned char accumulate,
         std::unique_ptr<RealVector> y) const override;
+    /// Writes the first n elements of y alone.
+    std::unique_ptr<RealVector> MultiplyTransposed(
+        const RealVector& x, std::unique_ptr<RealVector> y) const override;
     void PrintTo(std::FILE* file) const override;
     std::unique_ptr<Matrix> ToStrictLower() const override;
     std::unique_ptr<Matrix> ToStrictUpper() const override;
@@ -81,7 +87,7 @@ class FTriDiagonalMatrix final : public Matrix {
                                             std::unique_ptr<RealVector> y) const override;
 
     /// Copies the three diagonals of `other`; those of another length stay as they are.
-    void AssignFrom(const FTriDiagonalMatrix& other);
+    virtual void AssignFrom(const FTriDiagonalMatrix& other);
 
     /// The n - 1 elements below the diagonal; element i is Get(i, i + 1).
     RealVector& lower() { return lower_; }

@@ -127,6 +127,15 @@ TEST(FTriDiagonalMatrix, ProductsMatchTheDenseSum) {
     }
 }
 
+TEST(FTriDiagonalMatrix, ProductsLeaveTheRestOfALongerVector) {
+    const auto given = [] { return std::make_unique<RealVector>(4, 9.0f); };
+    const RealVector x = vectorOf({1, 2, 3});
+
+    EXPECT_EQ(elementsOf(*small().Multiply(x, given())), (std::vector<float>{20, 59, 94, 9}));
+    EXPECT_EQ(elementsOf(*small().MultiplyTransposed(x, given())),
+              (std::vector<float>{12, 51, 102, 9}));
+}
+
 TEST(FTriDiagonalMatrix, RangeProductsWorkOnSlices) {
     const FTriDiagonalMatrix A = small();
     const RealVector x = vectorOf({9, 1, 2, 3, 9});
