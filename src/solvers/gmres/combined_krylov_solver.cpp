@@ -13,22 +13,26 @@ namespace orv {
 
 CombinedKrylovSolver::CombinedKrylovSolver(int maxIter, int l,
                                            std::unique_ptr<LinearSolver> inner, double tol)
-    : IterativeLinearSolver(maxIter, tol),
-      l_(std::max(l, 2)),
-      inner_(std::move(inner)),
-      search_(static_cast<std::size_t>(l_)),
-      image_(static_cast<std::size_t>(l_)) {}
+    : IterativeLinearSolver(maxIter, tol), l_(std::max(l, 2)), inner_(std::move(inner)) {}
 
 CombinedKrylovSolver::~CombinedKrylovSolver() = default;
 
-void CombinedKrylovSolver::prepareDirections(int n) {
+void CombinedKrylovSolver::prepareWork(int n) {
     if (HasSize(r_, n)) {
         return;
     }
+    search_.clear();
+    image_.clear();
     PrepareWork(n, {&r_, &t_, &z_});
-    for (std::size_t i = 0; i < search_.size(); ++i) {
-        search_[i] = std::make_unique<RealVector>(n);
-        image_[i] = std::make_unique<RealVector>(n);
+}
+
+// A limit of any size costs memory only for the directions that a solve comes to.
+void CombinedKrylovSolver::prepareDirection(std::size_t k) {
+    if (image_.size() == k) {
+        image_.push_back(std::make_unique<RealVector>(r_->size()));
+    }
+    if (search_.size() == k) {
+        search_.push_back(std::make_unique<RealVector>(r_->size()));
     }
 }
 
@@ -44,8 +48,9 @@ void CombinedKrylovSolver::dropDirections() {
 std::unique_ptr<RealVector> CombinedKrylovSolver::Solve(const Matrix& A, const RealVector& b,
                                                         std::unique_ptr<RealVector> u) {
     u = StartVector(b, std::move(u));
-    prepareDirections(A.Rows());
+    prepareWork(A.Rows());
     converged_ = false;
+    lost_ = false;
 
     r_->CopyFrom(b);
     t_ = A.Multiply(*u, std::move(t_));
@@ -58,7 +63,7 @@ std::unique_ptr<RealVector> CombinedKrylovSolver::Solve(const Matrix& A, const R
     for (int it = 0; it < maxIter_; ++it) {
         u = Iterate(A, b, std::move(u));
         ++k_;
-        if (converged_) {
+        if (converged_ || lost_) {
             break;
         }
         if (k_ == l_) {
@@ -72,6 +77,7 @@ std::unique_ptr<RealVector> CombinedKrylovSolver::Iterate(const Matrix& A,
                                                           const RealVector& /*b*/,
                                                           std::unique_ptr<RealVector> u) {
     const std::size_t k = static_cast<std::size_t>(k_);
+    prepareDirection(k);
     z_ = inner_->Solve(A, *r_, std::move(z_));
     image_[k] = A.Multiply(*z_, std::move(image_[k]));
     RealVector& image = *image_[k];
@@ -93,6 +99,8 @@ std::unique_ptr<RealVector> CombinedKrylovSolver::Iterate(const Matrix& A,
     if (std::sqrt(r_->SumOfSquares()) < tol_) {
         converged_ = true;
     }
+    // Every element of u and r is NaN from here on: whatever is left of the loop changes nothing.
+    lost_ = std::isnan(alpha);
     return u;
 }
 

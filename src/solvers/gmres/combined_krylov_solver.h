@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -17,15 +18,17 @@ namespace orv {
 ///
 /// After l directions all of them are dropped at once and z starts again from r.
 ///
-/// Shapes:  A n x n; b, u, r, t, z and the 2 l directions n floats.
+/// Shapes:  A n x n; b, u, r, t, z and two vectors for each direction n floats.
 /// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
 ///          most maxIter outer iterations.
-/// Fails:   h = 0 is not tested: u fills with NaN and the loop runs to maxIter. This comes near
+/// Fails:   h = 0 is not tested: u fills with NaN, and as no further iteration would change it
+///          the loop ends there, with `converged` low. This comes near
 ///          when the inner solver gives its start vector back, as CBB does for residuals below
 ///          0.01, since the new direction is then the old one. Few iterations, up to 5 on lines
 ///          of grey levels, stay clear of it as a rule.
 /// Cost:    an inner solve, a product and 3 k + 3 vector passes an iteration;
-///          (2 l + 3) n floats kept.
+///          (2 d + 3) n floats kept, d the most directions that a solve has come to, at most l:
+///          each is made when it is first needed.
 /// Source:  [VanDerVorstVuik1994]
 class CombinedKrylovSolver : public IterativeLinearSolver {
   public:
@@ -46,16 +49,20 @@ class CombinedKrylovSolver : public IterativeLinearSolver {
 
     /// The most directions that are held at a time.
     int directions() const { return l_; }
+    /// The directions that there is memory for; it grows with use up to `directions`.
+    int directionsMade() const { return static_cast<int>(search_.size()); }
     /// The solver that finds the directions.
     const LinearSolver& inner() const { return *inner_; }
 
   private:
-    void prepareDirections(int n);
+    void prepareWork(int n);
+    void prepareDirection(std::size_t k);
     void dropDirections();
 
     int l_;
     std::unique_ptr<LinearSolver> inner_;
     int k_ = 0;
+    bool lost_ = false;
     std::unique_ptr<RealVector> r_;
     std::unique_ptr<RealVector> t_;
     std::unique_ptr<RealVector> z_;

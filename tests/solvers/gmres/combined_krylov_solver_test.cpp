@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <memory>
 #include <utility>
@@ -101,6 +102,57 @@ TEST(CombinedKrylovSolver, LiftsFewerThanTwoDirectionsToTwo) {
         EXPECT_EQ(CombinedKrylovSolver(10, l, cbb(), 0.1).directions(), 2) << l;
     }
     EXPECT_EQ(CombinedKrylovSolver(10, 3, cbb(), 0.1).directions(), 3);
+}
+
+TEST(CombinedKrylovSolver, MakesADirectionWhenASolveFirstComesToIt) {
+    std::vector<RealVector> starts;
+    CombinedKrylovSolver solver(4, 1000000, std::make_unique<IdentitySolver>(&starts), 0.0);
+    const FTriDiagonalMatrix A = diffusionLine(9, 3.0F);
+    EXPECT_EQ(solver.directionsMade(), 0);
+
+    (void)solver.Solve(A, wavyVector(9), nullptr);
+    (void)solver.Solve(A, wavyVector(9), nullptr);
+
+    EXPECT_EQ(solver.directions(), 1000000);
+    EXPECT_EQ(solver.directionsMade(), 4);
+}
+
+TEST(CombinedKrylovSolver, MakesNoMoreDirectionsThanItsLimit) {
+    std::vector<RealVector> starts;
+    CombinedKrylovSolver solver(8, 3, std::make_unique<IdentitySolver>(&starts), 0.0);
+
+    (void)solver.Solve(diffusionLine(9, 3.0F), wavyVector(9), nullptr);
+
+    EXPECT_EQ(solver.directionsMade(), 3);
+}
+
+TEST(CombinedKrylovSolver, UsedSolverGivesTheBitsOfANewOneAtEverySize) {
+    CombinedKrylovSolver used(6, 2, std::make_unique<GaussSeidelSolver>(2, 0.0), 1e-9);
+    for (const int n : {9, 20, 9, 4}) {
+        CombinedKrylovSolver fresh(6, 2, std::make_unique<GaussSeidelSolver>(2, 0.0), 1e-9);
+        const FullMatrix A = dominantMatrix(n);
+
+        const auto expected = fresh.Solve(A, wavyVector(n), nullptr);
+
+        EXPECT_TRUE(sameVectorBits(*used.Solve(A, wavyVector(n), nullptr), *expected)) << n;
+    }
+}
+
+TEST(CombinedKrylovSolver, EndsTheLoopOnceTheSolutionIsLost) {
+    const FullMatrix zero(3, 0.0F);
+    CombinedKrylovSolver solver(INT_MAX, INT_MAX, std::make_unique<GaussSeidelSolver>(2, 0.0),
+                                0.0001);
+
+    const auto lost = solver.Solve(zero, wavyVector(3), nullptr);
+    const int made = solver.directionsMade();
+    const auto found = solver.Solve(dominantMatrix(3), wavyVector(3), nullptr);
+
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(std::isnan((*lost)[i])) << i;
+    }
+    EXPECT_EQ(made, 1);
+    // What was lost does not stay in the solver.
+    EXPECT_LT(largestError(*found, denseSolve(dominantMatrix(3), wavyVector(3))), 1e-4);
 }
 
 TEST(CombinedKrylovSolver, DropsAllDirectionsAtOnceAndStartsAgainFromTheResidual) {
