@@ -92,8 +92,11 @@ ORV_EXPORT void SetORVCallBack(ORVCallBack callback);
  *
  * header:  biBitCount has to be 24, biWidth and biHeight at least 1. No other field is read.
  * pixels:  biHeight rows of biWidth times 3 bytes, each row padded to a multiple of 4 bytes.
- * Returns a new handle. Null when the bit count is not 24, a size is below 1 or too large for
- * memory, or an argument is null. */
+ *
+ * Returns a new handle, or null when
+ * - an argument is null;
+ * - biBitCount is not 24;
+ * - biWidth or biHeight is below 1, or the picture is too large for memory. */
 ORV_EXPORT void* ConvertORVImage(const BITMAPINFOHEADER* header, const unsigned char* pixels);
 
 /* Frees an image and its pixels. A null handle is ignored. */
@@ -112,27 +115,34 @@ ORV_EXPORT unsigned char* GetORVImageData(void* image);
  *
  * image:             source, 8-bit samples 0 to 255
  * scheme:            how time is stepped. The first of the keywords "2DSemi", "2DImplicit",
- * "LOD", "AFI", "ADI", "AOS", "AMOS" that occurs anywhere in the text decides; with none of
- * them it is "AOS" solverId:          linear solver, 0 to 41, see ORV_SOLVER_ in
- * orv_constants.h; 0 is direct iterations:        time steps. Every step starts from the
- * source, so with sigma of at most 0.05 and solver 0 more steps give the result of one; below 1
- * gives a copy of the source tau:               time step, pixels squared; above 0, from 0.25
- * (slight) to 50 (strong) solverIterations:  most iterations a solve may take, for iterative
- * solvers sigma:             scale of the presmoothing, pixels; 0.05 or less for none contrast:
- * grey levels; slopes well above it are kept as edges flow:              what is diffused. The
- * first of the keywords "PM" (Perona and Malik), "WE2", "WE3", "WE4" (Weickert), "WE" (the same
- * as "WE4"), "VAR" (variational), "TV" (total variation) that occurs anywhere in the text
- * decides; with none of them it is "PM" gradientNormId:    how slopes are measured, 0 to 5, see
- * ORV_GRADIENT_NORM_ cflSubsteps:       not 0 to split the explicit half steps of "ADI", "AMOS"
- * and "2DImplicit" so that they stay stable
+ *                    "LOD", "AFI", "ADI", "AOS", "AMOS" that occurs anywhere in the text
+ *                    decides; with none of them it is "AOS"
+ * solverId:          linear solver, 0 to 41, see ORV_SOLVER_ in orv_constants.h; 0 is direct
+ * iterations:        time steps. Every step starts from the source, so with sigma of at most
+ *                    0.05 and solver 0 more steps give the result of one; below 1 gives a copy
+ *                    of the source
+ * tau:               time step, pixels squared; above 0, from 0.25 (slight) to 50 (strong)
+ * solverIterations:  most iterations a solve may take, for iterative solvers; with the solvers
+ *                    27 to 30 each one takes more memory and time than the one before
+ * sigma:             scale of the presmoothing, pixels; 0.05 or less for none
+ * contrast:          grey levels; slopes well above it are kept as edges
+ * flow:              what is diffused. The first of the keywords "PM" (Perona and Malik),
+ *                    "WE2", "WE3", "WE4" (Weickert), "WE" (the same as "WE4"), "VAR"
+ *                    (variational), "TV" (total variation) that occurs anywhere in the text
+ *                    decides; with none of them it is "PM"
+ * gradientNormId:    how slopes are measured, 0 to 5, see ORV_GRADIENT_NORM_
+ * cflSubsteps:       not 0 to split the explicit half steps of "ADI", "AMOS" and "2DImplicit"
+ *                    so that they stay stable
  *
  * Results are not clamped: a sample that leaves 0 to 255 keeps its low byte.
+ *
  * Returns a new handle with the size of the source, or null when
  * - image, scheme or flow is null, or a double is not finite;
  * - solverId is outside 0 to 41, or its solver has not come yet or cannot work on the matrices
- * of the scheme;
+ *   of the scheme;
  * - gradientNormId is outside 0 to 5;
  * - the width or the height is 1 with "ADI", "AMOS", "2DSemi" or "2DImplicit";
+ * - the pixels are more than an int counts with "2DSemi" or "2DImplicit";
  * - cflSubsteps is not 0, the scheme splits its steps, and tau asks for more steps than an int
  *   holds. */
 ORV_EXPORT void* ORVFastRestoration(void* image, const char* scheme, int solverId,
@@ -143,12 +153,12 @@ ORV_EXPORT void* ORVFastRestoration(void* image, const char* scheme, int solverI
 /* Nonlinear diffusion that is drawn back toward the source, for removing noise.
  *
  * As ORVFastRestoration, with these differences:
- * solverId:     0 stands for 29, so that null is returned as long as solver 29 has not come
- * fidelity:     weight of the pull toward the source, 0 (none) and up
- * flow:         with no keyword found it is "VAR"
- * cflSubsteps:  accepted and ignored: explicit half steps are always split
  *
- * The last reason for null holds whatever cflSubsteps is, and fidelity has to be finite too. */
+ * solverId:          0 stands for 29
+ * fidelity:          weight of the pull toward the source, 0 (none) and up; has to be finite
+ * flow:              with no keyword found it is "VAR"
+ * cflSubsteps:       accepted and ignored: explicit half steps are always split, so the last
+ *                    reason for null holds whatever its value */
 ORV_EXPORT void* ORVFastDenoiser(void* image, const char* scheme, int solverId, int iterations,
                                  double tau, int solverIterations, double sigma,
                                  double contrast, double fidelity, const char* flow,
@@ -157,36 +167,59 @@ ORV_EXPORT void* ORVFastDenoiser(void* image, const char* scheme, int solverId, 
 /* The restorations below are declared so that hosts can be built against the whole interface.
  * Each returns null in this version, whatever its arguments, and reads none of them. */
 
-/* Deblurring by additive operator splitting. iterations: time steps; kernel: blur kernel
- * number; tau: time step; lambda: weight of the data term; sigma: scale of the regularisation,
- * pixels; edgeContrast: grey levels. Returns null in this version. */
+/* Deblurring by additive operator splitting. Returns null in this version.
+ *
+ * iterations:        time steps
+ * kernel:            blur kernel number
+ * tau:               time step
+ * lambda:            weight of the data term
+ * sigma:             scale of the regularisation, pixels
+ * edgeContrast:      grey levels
+ * keepObserved:      true to take the source as it is for the data term, without a first blur
+ * colorPath:         has no effect on the result */
 ORV_EXPORT void* ORVIFAosBarashOp(void* image, int iterations, int kernel, double tau,
                                   double lambda, double sigma, double edgeContrast,
                                   bool keepObserved, bool colorPath);
 
-/* Recursive Gaussian blur. sigma: standard deviation, pixels. Returns null in this version. */
+/* Recursive Gaussian blur. Returns null in this version.
+ *
+ * sigma:             standard deviation, pixels */
 ORV_EXPORT void* ORVIFVanVieltBlurringIirOp(void* image, double sigma);
 
-/* Homomorphic filter. gamma: compression exponent; mode: what is returned, 1, 2, 4, 5 or 8 (the
- * compressed picture). Returns null in this version. */
+/* Homomorphic filter. Returns null in this version.
+ *
+ * gamma:             compression exponent
+ * mode:              what is returned: 1, 2, 4, 5 or 8 (the compressed picture) */
 ORV_EXPORT void* ORVIHomomorphicOp(void* image, double gamma, int mode);
 
-/* Variational Retinex. gamma: exponent; alpha, beta: weights of the penalty terms; levels:
- * levels of the pyramid. Returns null in this version. */
+/* Variational Retinex. Returns null in this version.
+ *
+ * gamma:             exponent
+ * alpha, beta:       weights of the penalty terms
+ * levels:            levels of the pyramid */
 ORV_EXPORT void* ORVRetinex(void* image, double gamma, double alpha, double beta, int levels);
 
-/* Shock filter. method: term, 0 to 3; iterations: time steps; timeStep: length of a step.
- * Returns null in this version. */
+/* Shock filter. Returns null in this version.
+ *
+ * method:            term, 0 to 3
+ * iterations:        time steps
+ * timeStep:          length of a step */
 ORV_EXPORT void* ORVIShockOp(void* image, int method, int iterations, double timeStep);
 
-/* SUSAN smoothing. iterations: passes; threshold: brightness scale, grey levels; sigma: spatial
- * scale, pixels. Returns null in this version. */
+/* SUSAN smoothing. Returns null in this version.
+ *
+ * iterations:        passes
+ * threshold:         brightness scale, grey levels
+ * sigma:             spatial scale, pixels */
 ORV_EXPORT void* ORVISusanRestoration(void* image, int iterations, double threshold,
                                       double sigma);
 
-/* Wavelet shrinkage. algorithm: the first of "SureShrink", "VisuShrink", "Brownian" that occurs
- * in the text; levels: levels of the transform; wavelet: filter number, 0 to 5. Returns null in
- * this version. */
+/* Wavelet shrinkage. Returns null in this version.
+ *
+ * algorithm:         the first of "SureShrink", "VisuShrink", "Brownian" that occurs in
+ *                    the text
+ * levels:            levels of the transform
+ * wavelet:           filter number, 0 to 5 */
 ORV_EXPORT void* ORVWaveletDenoising(void* image, const char* algorithm, int levels,
                                      int wavelet);
 

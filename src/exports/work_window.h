@@ -2,8 +2,9 @@
 
 namespace orv {
 
-/// Receives the share of the work that is done and may ask to stop; the plane face installs
-/// one.
+/// Receives the share of the work that is done and may ask to stop.
+///
+/// The plane face installs one.
 class WorkObserver {
   public:
     virtual ~WorkObserver();
@@ -23,8 +24,9 @@ class WorkObserverScope {
     WorkObserverScope& operator=(const WorkObserverScope&) = delete;
 };
 
-/// Narrows the account to part `index` of `count` equal parts of the current one while it
-/// lives.
+/// Narrows the account to part `index` of `count` equal parts of the current one.
+///
+/// The part holds while the slice lives.
 class WorkSlice {
   public:
     WorkSlice(int index, int count);
@@ -37,9 +39,10 @@ class WorkSlice {
     double high_;
 };
 
-/// Reports that `done` of `total` units of the current slice are finished. Returns false once
-/// the observer has asked to stop; loops then end early and their result is dropped by the
-/// client.
+/// Reports that `done` of `total` units of the current slice are finished.
+///
+/// False once the observer has asked to stop: loops then end early, and the client drops their
+/// result.
 bool reportWork(int done, int total);
 
 /// Whether the observer has asked to stop.

@@ -9,7 +9,7 @@ namespace orv {
 /// A mapping of three planes into another colour space and back.
 ///
 /// Shapes:  planes and target of one size; a target that is null is made as a clone of the
-/// planes.
+///          planes.
 class ColorSpaceTransform {
   public:
     virtual ~ColorSpaceTransform();

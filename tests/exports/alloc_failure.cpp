@@ -169,5 +169,19 @@ TEST(AllocationFailure, DenoiserGivesNullAndLeaksNothing) {
     }
 }
 
+TEST(Refusal, LeavesNoObjectBehind) {
+    const test::Handle image = test::photoHandle(5, 4, /*seed=*/1);
+    const long before = heap.live;
+    for (const int id : {-1, 42}) {
+        EXPECT_EQ(ORVFastRestoration(image.get(), "AOS", id, 1, 2.5, 5, 0.8, 10.0, "PM", 1, 1),
+                  nullptr);
+        EXPECT_EQ(
+            ORVFastDenoiser(image.get(), "AOS", id, 1, 2.5, 5, 0.8, 10.0, 0.2, "PM", 1, 1),
+            nullptr);
+    }
+
+    EXPECT_EQ(heap.live, before);
+}
+
 }  // namespace
 }  // namespace orv

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <memory>
 #include <vector>
 
+#include "exports/keyword.h"
 #include "images/float_image3.h"
 #include "operators/diffusion/flow_table.h"
 #include "operators/diffusion/scheme_table.h"
@@ -12,6 +14,7 @@
 #include "orv/orv_constants.h"
 #include "schemes/flows/fidelity_diffusion_flow.h"
 #include "schemes/plane_operators/float_planes_operator.h"
+#include "solvers/linear_solver_list.h"
 #include "support/handle.h"
 #include "support/photo_bytes.h"
 
@@ -204,6 +207,40 @@ TEST(DiffusionExports, IncompleteLuIsRefusedOnLineSchemes) {
 
         EXPECT_EQ(restore(image.get(), a), nullptr) << scheme;
         EXPECT_EQ(denoise(image.get(), a), nullptr) << scheme;
+    }
+}
+
+TEST(DiffusionExports, SolversThatTheCatalogueCannotMakeAreRefused) {
+    const Handle image = photoHandle(5, 5, /*seed=*/5);
+    LinearSolverList list(/*capacity=*/50, /*groupCapacity=*/10);
+    for (int id = 0; id < ORV_SOLVER_COUNT; ++id) {
+        const bool refused = list.Create(id, 2, 2, 0.0001) == nullptr;
+        for (const char* scheme : {"AOS", "2DSemi"}) {
+            if (!solverFitsScheme(id, schemeNumber(scheme))) {
+                continue;
+            }
+            Arguments a;
+            a.scheme = scheme;
+            a.solverId = id;
+            a.solverIterations = 2;
+
+            EXPECT_EQ(restore(image.get(), a) == nullptr, refused) << scheme << id;
+            // The denoiser takes another solver for 0, one that can be made.
+            EXPECT_EQ(denoise(image.get(), a) == nullptr, refused) << scheme << id;
+        }
+    }
+}
+
+// A system on which solver 29 comes to an end by itself, whatever it is allowed.
+TEST(DiffusionExports, IterationLimitOfAnySizeIsTaken) {
+    const Handle image = photoHandle(9, 8, /*seed=*/5);
+    for (const int limit : {INT_MAX, 1, 0, -1, INT_MIN}) {
+        Arguments a;
+        a.solverIterations = limit;
+        a.solverId = ORV_SOLVER_GMRES_STAR_CBB;
+
+        EXPECT_NE(restore(image.get(), a), nullptr) << limit;
+        EXPECT_NE(denoise(image.get(), a), nullptr) << limit;
     }
 }
 

@@ -2,11 +2,15 @@
 
 #include <vector>
 
+#include "exports/progress_window.h"
 #include "orv/orv.h"
 #include "support/handle.h"
 
 namespace orv {
 namespace {
+
+// Taken before any test can set a callback.
+const ProgressWindow windowAtStart = progressWindow();
 
 std::vector<int>* reports = nullptr;
 
@@ -47,6 +51,12 @@ test::Handle run(const test::Handle& image, const char* scheme, int iterations) 
 const std::vector<int> kOneCall = {0,  0,  5,  11, 16, 16, 20, 24, 28,   // 0 to 33
                                    33, 33, 38, 44, 49, 49, 53, 57, 61,   // 33 to 66
                                    66, 66, 71, 77, 83, 83, 87, 91, 95};  // 66 to 100
+
+TEST(Progress, WindowIsAllZeroBeforeTheFirstCallback) {
+    EXPECT_EQ(windowAtStart.callback, nullptr);
+    EXPECT_EQ(windowAtStart.progressLow, 0);
+    EXPECT_EQ(windowAtStart.progressHigh, 0);
+}
 
 TEST(Progress, OneAosCallReportsThreePlanesOfLines) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);

@@ -75,8 +75,7 @@ TEST(SchemeTable, IncompleteLuWorksOnUnsplitSchemesAlone) {
 }
 
 TEST(SchemeTable, SubStepCountHasToFitAnInt) {
-    // With half = tau / 2 exact, k = 1 + trunc(tau): the largest float below 2^31 is 2^31 -
-    // 128.
+    // With half = tau / 2 exact, k = 1 + trunc(tau). The largest float below 2^31:
     const double largest = 2147483520.0;
     const double infinity = std::numeric_limits<double>::infinity();
     for (const int scheme : {kSchemeAdi, kSchemeAmos, kScheme2DImplicit}) {
