@@ -145,7 +145,7 @@ orv_ctest() {
         orv_failed=1
         return
     fi
-    head=$(tr '\n' ' ' <"$report" | sed 's/<testcase.*//')
+    head=$(tr '\n\t' '  ' <"$report" | sed 's/<testcase.*//')
     total=$(orv_attribute tests "$head")
     failed=$(orv_attribute failures "$head")
     skipped=$(orv_attribute skipped "$head")
