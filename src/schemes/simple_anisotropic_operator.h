@@ -23,17 +23,19 @@ class SimpleAnisotropicOperator : public FloatOperator {
 
     /// Runs all time steps on one plane.
     ///
-    /// The result is the clone of the source that the steps have written. Between steps the
-    /// work plane gets `FloatImage::assign`, which is empty, so every step reads the source.
+    /// The steps write into a clone of the source; where `stepFillsTarget_` tells that they
+    /// write every sample, the clone's samples are not copied. Between steps the work plane
+    /// gets `FloatImage::assign`, which is empty, so every step reads the source.
     /// With d = progressHigh - progressLow on entry and more than one iteration, step i adds
     /// (i - 1) d / iterations to the lower and i d / iterations to the upper end of the
     /// window, each onto the running value.
     ///
-    /// Shapes:  target w x h as the source, or null; a target that comes in is consumed, what
-    ///          it holds is lost.
-    /// Fails:   never; 0 iterations or less give a clone of the source, with the flow prepared;
-    ///          ends early when the work is cancelled.
-    /// Cost:    the steps, one copy of the plane, a second with more than one iteration.
+    /// Shapes:  target of any size, or null; one that comes in is consumed: what it holds is
+    ///          lost, its memory may serve the result.
+    /// Fails:   never; 0 iterations or less give a clone of the source, with the flow prepared.
+    ///          Ends early when the work is cancelled; the samples then mean nothing.
+    /// Cost:    the steps, one copy of the plane unless they fill it, one more with any number
+    ///          of iterations but one.
     /// Quirk:   float-assign, progress-time-loop
     std::unique_ptr<FloatImage> apply(const FloatImage& source,
                                       std::unique_ptr<FloatImage> target) override;
@@ -58,8 +60,8 @@ class SimpleAnisotropicOperator : public FloatOperator {
     float tau_;
     Flow* flow_;
     bool updateEachStep_;
-    /// Set by classes whose step writes every sample of the target and reads none: the clone
-    /// of the source is then left out.
+    /// Set by classes whose step writes every sample of the target before it reads it: the
+    /// target then comes to the first step without the samples of the source.
     bool stepFillsTarget_ = false;
 
   private:

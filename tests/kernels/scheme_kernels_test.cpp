@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "algebra/matrix.h"
 #include "base/cpu_features.h"
 #include "exports/progress_window.h"
 #include "schemes/flows/diffusion_flow.h"
@@ -40,6 +41,8 @@ struct Case {
     int norm = 0;
     bool fidelity = false;
     bool cflSubsteps = true;
+    int iterations = 1;
+    bool updateEachStep = true;
 };
 
 struct Size {
@@ -48,20 +51,22 @@ struct Size {
 };
 
 std::unique_ptr<Splitted2DRestoration> makeScheme(const Case& s, Flow* flow) {
+    const int n = s.iterations;
+    const bool each = s.updateEachStep;
     switch (s.scheme) {
         case Scheme::Lod:
-            return std::make_unique<Lod2DRestoration>(0, 1, 1, s.tau, flow, true, true);
+            return std::make_unique<Lod2DRestoration>(0, n, 1, s.tau, flow, true, each);
         case Scheme::Afi:
-            return std::make_unique<Afi2DRestoration>(0, 1, 1, s.tau, flow, true, true);
+            return std::make_unique<Afi2DRestoration>(0, n, 1, s.tau, flow, true, each);
         case Scheme::Adi:
-            return std::make_unique<CflAdi2DRestoration>(0, 1, 1, s.tau, flow, s.cflSubsteps,
-                                                         true, true);
+            return std::make_unique<CflAdi2DRestoration>(0, n, 1, s.tau, flow, s.cflSubsteps,
+                                                         true, each);
         case Scheme::Aos:
-            return std::make_unique<Aos2DRestoration>(0, 1, 1, s.tau, flow, true, true);
+            return std::make_unique<Aos2DRestoration>(0, n, 1, s.tau, flow, true, each);
         case Scheme::Amos:
             break;
     }
-    return std::make_unique<Amos2DRestoration>(0, 1, 1, s.tau, flow, s.cflSubsteps, true, true);
+    return std::make_unique<Amos2DRestoration>(0, n, 1, s.tau, flow, s.cflSubsteps, true, each);
 }
 
 std::unique_ptr<DiffusionFlow> makeFlow(const Case& s) {
@@ -74,9 +79,11 @@ std::unique_ptr<DiffusionFlow> makeFlow(const Case& s) {
 
 // The results of one scheme object on the given planes, one after the other.
 std::vector<std::unique_ptr<FloatImage>> run(const Case& given, bool plain,
-                                             const std::vector<const FloatImage*>& planes) {
-    const std::unique_ptr<DiffusionFlow> flow = makeFlow(given);
-    const std::unique_ptr<Splitted2DRestoration> scheme = makeScheme(given, flow.get());
+                                             const std::vector<const FloatImage*>& planes,
+                                             DiffusionFlow* otherFlow = nullptr) {
+    const std::unique_ptr<DiffusionFlow> ownFlow = makeFlow(given);
+    DiffusionFlow* const flow = otherFlow != nullptr ? otherFlow : ownFlow.get();
+    const std::unique_ptr<Splitted2DRestoration> scheme = makeScheme(given, flow);
     flow->setPlainPath(plain);
     scheme->setPlainPath(plain);
     std::vector<std::unique_ptr<FloatImage>> results;
@@ -210,7 +217,8 @@ TEST_P(SchemeKernels, NanAndInfinityTravelAsOnThePlainPath) {
 
 TEST_P(SchemeKernels, EveryStepSizeHasThePlainBits) {
     const FloatImage plane = noisePlane(37, 52, /*seed=*/10);
-    for (const double tau : {0.0, 0.25, 1.0, 7.75, 1e4, -0.4, 1e-40}) {
+    // From -1 on, the sub-steps count 0 and less.
+    for (const double tau : {0.0, 0.25, 1.0, 7.75, 1e4, -0.4, -1.0, -1.5, -3.25, 1e-40}) {
         for (const Scheme scheme : kSchemes) {
             for (const bool cflSubsteps : {false, true}) {
                 if (tau < 100.0 || !cflSubsteps) {
@@ -229,6 +237,47 @@ TEST_P(SchemeKernels, PresmoothedPlanesOfOneSchemeHaveThePlainBits) {
         for (const double sigma : {0.05, 0.051, 1.0, 4.0}) {
             expectPlainBits({.scheme = scheme, .sigma = sigma}, {&red, &green});
         }
+    }
+}
+
+TEST_P(SchemeKernels, RepeatedStepsHaveThePlainBits) {
+    const FloatImage red = noisePlane(45, 70, /*seed=*/16);
+    const FloatImage green = noisePlane(45, 70, /*seed=*/17);
+    for (const Scheme scheme : kSchemes) {
+        for (const int iterations : {1, 3}) {
+            for (const bool updateEachStep : {false, true}) {
+                expectPlainBits({.scheme = scheme,
+                                 .sigma = 0.8,
+                                 .fidelity = true,
+                                 .iterations = iterations,
+                                 .updateEachStep = updateEachStep},
+                                {&red, &green});
+            }
+        }
+    }
+}
+
+// Diffuses along y alone, which the kernels know nothing of.
+class ColumnFlow final : public DiffusionFlow {
+  public:
+    using DiffusionFlow::DiffusionFlow;
+    std::unique_ptr<Matrix> lineMatrixX(float, const FloatImage& plane, int y,
+                                        std::unique_ptr<Matrix> matrix) override {
+        return DiffusionFlow::lineMatrixX(0.0f, plane, y, std::move(matrix));
+    }
+};
+
+TEST_P(SchemeKernels, MatricesOfADerivedFlowAreHeard) {
+    const FloatImage plane = noisePlane(40, 33, /*seed=*/18);
+    for (const Scheme scheme : kSchemes) {
+        const Case given = {.scheme = scheme};
+        ColumnFlow flow(given.sigma, given.contrast, given.kind, given.norm);
+        const auto expected = run(given, /*plain=*/true, {&plane}, &flow);
+
+        const auto actual = run(given, /*plain=*/false, {&plane}, &flow);
+
+        EXPECT_TRUE(sameSamples(*expected[0], *actual[0])) << static_cast<int>(scheme);
+        EXPECT_FALSE(sameSamples(*expected[0], *run(given, true, {&plane})[0]));
     }
 }
 

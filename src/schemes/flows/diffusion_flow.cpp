@@ -54,8 +54,8 @@ DiffusionFlow::DiffusionFlow(double sigma, double contrast, int kind, int gradie
       contrast_(toFloat(contrast)),
       contrastSquared_(contrast_ * contrast_),
       kind_(static_cast<FlowKind>(kind)),
-      gradientNormId_(gradientNormId),
-      norm_(GradientNormList(8).create(gradientNormId)) {}
+      norm_(GradientNormList(8).create(gradientNormId)),
+      gradientNormId_(gradientNormId) {}
 
 DiffusionFlow::~DiffusionFlow() = default;
 
@@ -79,6 +79,7 @@ std::unique_ptr<FloatImage> DiffusionFlow::computeDiffusivity(
     const FloatImage& plane, std::unique_ptr<FloatImage> target) {
     if (target == nullptr) {
         target = FloatImage::uninitialised(plane.width(), plane.height());
+        target->setFlag(plane.flag());
     }
     norm_->setImage(plane);
     if (!plainPath_) {

@@ -66,16 +66,18 @@ class DiffusionFlow : public Flow {
     FlowKind kind() const { return kind_; }
 
   private:
+    [[maybe_unused]] int reservedFirst_ = 0;
+    [[maybe_unused]] int reservedSecond_ = 0;
     float sigma_;
     float contrast_;
     float contrastSquared_;
     FlowKind kind_;
-    int gradientNormId_;
-    bool plainPath_ = false;
     std::unique_ptr<HeatFlowOperator> presmoother_;
     std::unique_ptr<GradientNorm> norm_;
     std::unique_ptr<FloatImage> smoothed_;
     std::unique_ptr<FloatImage> diffusivity_;
+    int gradientNormId_;
+    bool plainPath_ = false;
 };
 
 }  // namespace orv

@@ -52,6 +52,29 @@ std::unique_ptr<FloatImage3> FloatPlanesOperator::apply(const FloatImage3& sourc
     return target;
 }
 
+std::unique_ptr<FloatImage3> FloatPlanesOperator::applyToOwned(
+    std::unique_ptr<FloatImage3> planes) {
+    if (!wrapped_->dropsTarget()) {
+        return apply(*planes, nullptr);
+    }
+    ProgressWindow& window = progressWindow();
+    const long long width = progressWidth(window);
+    std::unique_ptr<FloatImage> spare;
+    for (int c = 0; c < 3 && !workCancelled(); ++c) {
+        window.progressLow = progressShare(width, c, 3);
+        window.progressHigh = progressShare(width, c + 1, 3);
+        const WorkSlice slice(c, 3);
+
+        wrapped_->setGuide(planes->plane(c));
+        std::unique_ptr<FloatImage> result =
+            wrapped_->apply(planes->plane(c), std::move(spare));
+        spare = planes->takePlane(c);
+        planes->setPlane(c, std::move(result));
+        reportWork(1, 1);
+    }
+    return planes;
+}
+
 std::unique_ptr<FloatImage3> FloatPlanesOperator::applyMasked(
     const DiscreteImage& mask, const FloatImage3& source, std::unique_ptr<FloatImage3> target) {
     if (!target) {

@@ -30,6 +30,10 @@ class FloatPlanesOperator {
     virtual std::unique_ptr<FloatImage3> apply(const FloatImage3& source,
                                                std::unique_ptr<FloatImage3> target);
 
+    /// `apply` with a null target for planes that nobody needs any more: the memory of a source
+    /// plane serves the result of the next one. The same results and the same window.
+    std::unique_ptr<FloatImage3> applyToOwned(std::unique_ptr<FloatImage3> planes);
+
     /// `apply` with the masked form of the wrapped operator, without touching the window.
     virtual std::unique_ptr<FloatImage3> applyMasked(const DiscreteImage& mask,
                                                      const FloatImage3& source,

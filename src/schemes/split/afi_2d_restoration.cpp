@@ -8,6 +8,14 @@
 
 namespace orv {
 
+Afi2DRestoration::Afi2DRestoration(int solverId, int iterations, int solverIterations,
+                                   double tau, Flow* flow, bool reservedFlag,
+                                   bool updateEachStep)
+    : Splitted2DRestoration(solverId, iterations, solverIterations, tau, flow, reservedFlag,
+                            updateEachStep) {
+    stepFillsTarget_ = true;
+}
+
 Afi2DRestoration::~Afi2DRestoration() = default;
 
 std::unique_ptr<FloatImage> Afi2DRestoration::step(const FloatImage& source,

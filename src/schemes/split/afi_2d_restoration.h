@@ -18,7 +18,8 @@ namespace orv {
 /// Source:  [Strang1968], [BarashSchlickIsraeliKimmel2003]
 class Afi2DRestoration final : public Splitted2DRestoration {
   public:
-    using Splitted2DRestoration::Splitted2DRestoration;
+    Afi2DRestoration(int solverId, int iterations, int solverIterations, double tau, Flow* flow,
+                     bool reservedFlag, bool updateEachStep);
     ~Afi2DRestoration() override;
 
     /// One step from source into target.

@@ -17,7 +17,9 @@ Amos2DRestoration::Amos2DRestoration(int solverId, int iterations, int solverIte
                                      bool reservedFlag, bool updateEachStep)
     : Splitted2DRestoration(solverId, iterations, solverIterations, tau, flow, reservedFlag,
                             updateEachStep),
-      cflSubsteps_(cflSubsteps) {}
+      cflSubsteps_(cflSubsteps) {
+    stepFillsTarget_ = true;
+}
 
 Amos2DRestoration::~Amos2DRestoration() = default;
 
@@ -41,7 +43,9 @@ void Amos2DRestoration::crankNicolsonLinesX(const Pass& pass, float substep, int
     LineFlow kernelLines;
     if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
         runLinesX(pass, kernelLines,
-                  {.products = count, .productStep = substep, .solveStep = pass.tau});
+                  {.products = explicitProducts(count),
+                   .productStep = substep,
+                   .solveStep = pass.tau});
         return;
     }
     const int lines = pass.source.height();
@@ -61,7 +65,9 @@ void Amos2DRestoration::crankNicolsonLinesY(const Pass& pass, float substep, int
     LineFlow kernelLines;
     if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
         runLinesY(pass, kernelLines,
-                  {.products = count, .productStep = substep, .solveStep = pass.tau});
+                  {.products = explicitProducts(count),
+                   .productStep = substep,
+                   .solveStep = pass.tau});
         return;
     }
     const int lines = pass.source.width();

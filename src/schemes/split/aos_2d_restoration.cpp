@@ -40,6 +40,14 @@ class HostReports final : public LineObserver {
 
 }  // namespace
 
+Aos2DRestoration::Aos2DRestoration(int solverId, int iterations, int solverIterations,
+                                   double tau, Flow* flow, bool reservedFlag,
+                                   bool updateEachStep)
+    : Splitted2DRestoration(solverId, iterations, solverIterations, tau, flow, reservedFlag,
+                            updateEachStep) {
+    stepFillsTarget_ = true;
+}
+
 Aos2DRestoration::~Aos2DRestoration() = default;
 
 std::unique_ptr<FloatImage> Aos2DRestoration::step(const FloatImage& source,

@@ -19,7 +19,8 @@ namespace orv {
 /// Source:  [WeickertTerHaarRomenyViergever1998]
 class Aos2DRestoration final : public Splitted2DRestoration {
   public:
-    using Splitted2DRestoration::Splitted2DRestoration;
+    Aos2DRestoration(int solverId, int iterations, int solverIterations, double tau, Flow* flow,
+                     bool reservedFlag, bool updateEachStep);
     ~Aos2DRestoration() override;
 
     /// One step from source into target.

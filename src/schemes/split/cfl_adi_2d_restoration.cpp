@@ -17,7 +17,9 @@ CflAdi2DRestoration::CflAdi2DRestoration(int solverId, int iterations, int solve
                                          bool reservedFlag, bool updateEachStep)
     : Splitted2DRestoration(solverId, iterations, solverIterations, tau, flow, reservedFlag,
                             updateEachStep),
-      cflSubsteps_(cflSubsteps) {}
+      cflSubsteps_(cflSubsteps) {
+    stepFillsTarget_ = true;
+}
 
 CflAdi2DRestoration::~CflAdi2DRestoration() = default;
 
@@ -40,8 +42,9 @@ void CflAdi2DRestoration::multiplyLinesX(const Pass& pass, int count) {
     const WorkSlice slice(pass.index, pass.count);
     LineFlow kernelLines;
     if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
-        runLinesX(pass, kernelLines,
-                  {.products = count, .productStep = pass.tau, .solve = false});
+        runLinesX(
+            pass, kernelLines,
+            {.products = explicitProducts(count), .productStep = pass.tau, .solve = false});
         return;
     }
     const int lines = pass.source.height();
@@ -57,8 +60,9 @@ void CflAdi2DRestoration::multiplyLinesY(const Pass& pass, int count) {
     const WorkSlice slice(pass.index, pass.count);
     LineFlow kernelLines;
     if (linesByKernels(pass.source, /*products=*/true, kernelLines)) {
-        runLinesY(pass, kernelLines,
-                  {.products = count, .productStep = pass.tau, .solve = false});
+        runLinesY(
+            pass, kernelLines,
+            {.products = explicitProducts(count), .productStep = pass.tau, .solve = false});
         return;
     }
     const int lines = pass.source.width();

@@ -1,5 +1,6 @@
 #include "schemes/split/explicit_substeps.h"
 
+#include <algorithm>
 #include <climits>
 #include <utility>
 
@@ -23,6 +24,10 @@ ExplicitSubsteps::ExplicitSubsteps(float tau, bool cflSubsteps)
     : half(tau * 0.5f),
       count(substepCount(half, cflSubsteps)),
       size(toFloat(static_cast<double>(half) / count)) {}
+
+int explicitProducts(int count) {
+    return std::max(count, 1);
+}
 
 std::unique_ptr<RealVector> explicitStage(const Matrix& E, int count, RealVector& rhs,
                                           std::unique_ptr<RealVector> solution) {

@@ -25,7 +25,11 @@ struct ExplicitSubsteps {
     float size;
 };
 
-/// solution = E^count rhs, one product after the other.
+/// Products of an explicit stage: `count`, but never fewer than one. The count of a tau of -1 or
+/// less is 0 or negative.
+int explicitProducts(int count);
+
+/// solution = E^count rhs, one product after the other, at least one.
 ///
 /// Shapes:  rhs holds the next to last product afterwards; solution as E Multiply gives it.
 std::unique_ptr<RealVector> explicitStage(const Matrix& E, int count, RealVector& rhs,

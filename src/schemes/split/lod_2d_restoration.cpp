@@ -8,6 +8,14 @@
 
 namespace orv {
 
+Lod2DRestoration::Lod2DRestoration(int solverId, int iterations, int solverIterations,
+                                   double tau, Flow* flow, bool reservedFlag,
+                                   bool updateEachStep)
+    : Splitted2DRestoration(solverId, iterations, solverIterations, tau, flow, reservedFlag,
+                            updateEachStep) {
+    stepFillsTarget_ = true;
+}
+
 Lod2DRestoration::~Lod2DRestoration() = default;
 
 std::unique_ptr<FloatImage> Lod2DRestoration::step(const FloatImage& source,

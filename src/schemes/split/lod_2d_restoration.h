@@ -16,7 +16,8 @@ namespace orv {
 /// Source:  [Yanenko1971]
 class Lod2DRestoration final : public Splitted2DRestoration {
   public:
-    using Splitted2DRestoration::Splitted2DRestoration;
+    Lod2DRestoration(int solverId, int iterations, int solverIterations, double tau, Flow* flow,
+                     bool reservedFlag, bool updateEachStep);
     ~Lod2DRestoration() override;
 
     /// One step from source into target.

@@ -18,7 +18,6 @@ Splitted2DRestoration::Splitted2DRestoration(int solverId, int iterations, int s
     : SimpleAnisotropicOperator(iterations, solverIterations, tau, flow, reservedFlag,
                                 updateEachStep),
       solverId_(solverId) {
-    stepFillsTarget_ = true;
     LinearSolverList list(50, 10);
     solverX_ = list.Create(solverId_, solverIterations_, solverIterations_, 0.0001);
     solverY_ = list.Create(solverId_, solverIterations_, solverIterations_, 0.0001);

@@ -57,5 +57,28 @@ TEST(ExplicitStage, MultipliesAsOftenAsToldAndLeavesTheNextToLastProduct) {
     EXPECT_EQ(rhs[1], 9.0f);
 }
 
+TEST(ExplicitStage, MultipliesOnceForACountOfZeroOrLess) {
+    FTriDiagonalMatrix E(2, 0.0f);
+    E.Set(0, 0, 2.0f);
+    E.Set(1, 1, 3.0f);
+    for (const int count : {1, 0, -3}) {
+        RealVector rhs(2, 1.0f);
+
+        const auto solution = explicitStage(E, count, rhs, nullptr);
+
+        EXPECT_EQ(explicitProducts(count), 1);
+        EXPECT_EQ((*solution)[0], 2.0f);
+        EXPECT_EQ((*solution)[1], 3.0f);
+    }
+    EXPECT_EQ(explicitProducts(4), 4);
+}
+
+TEST(ExplicitSubsteps, TauOfMinusOneOrLessGivesNoCountAboveZero) {
+    EXPECT_EQ(ExplicitSubsteps(-0.75f, true).count, 1);
+    EXPECT_EQ(ExplicitSubsteps(-1.0f, true).count, 0);
+    EXPECT_EQ(ExplicitSubsteps(-2.5f, true).count, -1);
+    EXPECT_EQ(ExplicitSubsteps(-2.5f, true).size, 1.25f);
+}
+
 }  // namespace
 }  // namespace orv

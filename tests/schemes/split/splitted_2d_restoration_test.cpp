@@ -43,6 +43,35 @@ TEST(Splitted2DRestoration, MakesZeroLineVectorsOfTheSizeOfThePlane) {
     EXPECT_EQ(probe.sumOfSquares, 0.0);
 }
 
+TEST(Splitted2DRestoration, StepThatLeavesItsTargetAloneFindsTheSourceThere) {
+    DiffusionFlow flow(0.0, 25.0, 0, 0);
+    const FloatImage plane = noisePlane(5, 3, 1);
+    for (const int iterations : {1, 2}) {
+        Probe probe(0, iterations, 50, 1.0, &flow, true, true);
+
+        const auto result = probe.apply(plane, std::make_unique<FloatImage>(5, 3, 77.0f));
+
+        EXPECT_TRUE(sameBits(*result, plane));
+    }
+}
+
+TEST(LineSchemes, WriteEverySampleOfTheTargetThatTheyAreGiven) {
+    const FloatImage plane = noisePlane(37, 21, 2);
+    for (const Scheme scheme : kLineSchemes) {
+        for (const int solverId : {0, 2}) {
+            DiffusionFlow flow(0.0, 25.0, 0, 0);
+            DiffusionFlow freshFlow(0.0, 25.0, 0, 0);
+            const SchemeArguments arguments{.tau = 2.5, .solverId = solverId};
+
+            const auto given = makeScheme(scheme, &flow, arguments)
+                                   ->apply(plane, std::make_unique<FloatImage>(37, 21, 1e6f));
+
+            const auto fresh = makeScheme(scheme, &freshFlow, arguments)->apply(plane, nullptr);
+            EXPECT_TRUE(sameBits(*given, *fresh)) << nameOf(scheme) << solverId;
+        }
+    }
+}
+
 TEST(Splitted2DRestoration, PrintsItsClassText) {
     DiffusionFlow flow(0.0, 25.0, 0, 0);
 
