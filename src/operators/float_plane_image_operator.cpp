@@ -109,7 +109,8 @@ std::unique_ptr<DiscreteImage> FloatPlaneImageOperator::run(
     if (source.channels() != 3 || colorPath_ > 1) {
         return target;
     }
-    std::unique_ptr<FloatImage3> result = runColour(mask, FloatImage3(source));
+    std::unique_ptr<FloatImage3> result =
+        runColour(mask, std::make_unique<FloatImage3>(source));
     if (result == nullptr) {
         return nullptr;
     }
@@ -117,13 +118,18 @@ std::unique_ptr<DiscreteImage> FloatPlaneImageOperator::run(
     return target;
 }
 
-std::unique_ptr<FloatImage3> FloatPlaneImageOperator::runColour(const DiscreteImage* mask,
-                                                                const FloatImage3& planes) {
+std::unique_ptr<FloatImage3> FloatPlaneImageOperator::runColour(
+    const DiscreteImage* mask, std::unique_ptr<FloatImage3> planes) {
     if (mask != nullptr) {
-        return colorPath_ == 0 ? runPlanesMasked(*mask, planes, nullptr)
-                               : runPlanesAltMasked(*mask, planes, nullptr);
+        return colorPath_ == 0 ? runPlanesMasked(*mask, *planes, nullptr)
+                               : runPlanesAltMasked(*mask, *planes, nullptr);
     }
-    return colorPath_ == 0 ? runPlanes(planes, nullptr) : runPlanesAlt(planes, nullptr);
+    return colorPath_ == 0 ? runOwnedPlanes(std::move(planes)) : runPlanesAlt(*planes, nullptr);
+}
+
+std::unique_ptr<FloatImage3> FloatPlaneImageOperator::runOwnedPlanes(
+    std::unique_ptr<FloatImage3> planes) {
+    return runPlanes(*planes, nullptr);
 }
 
 }  // namespace orv

@@ -81,13 +81,18 @@ class FloatPlaneImageOperator : public ImageOperator {
     /// Upper end of the value range, grey levels.
     float upper() const { return upper_; }
 
+  protected:
+    /// What `apply` runs on the planes that it has read from a picture; by default `runPlanes`.
+    /// For operators that can write their result over planes which nobody needs any more.
+    virtual std::unique_ptr<FloatImage3> runOwnedPlanes(std::unique_ptr<FloatImage3> planes);
+
   private:
     std::unique_ptr<DiscreteImage> begin(const DiscreteImage& source,
                                          std::unique_ptr<DiscreteImage> target);
     std::unique_ptr<DiscreteImage> run(const DiscreteImage* mask, const DiscreteImage& source,
                                        std::unique_ptr<DiscreteImage> target);
     std::unique_ptr<FloatImage3> runColour(const DiscreteImage* mask,
-                                           const FloatImage3& planes);
+                                           std::unique_ptr<FloatImage3> planes);
 
     unsigned char colorPath_;
     int channelMode_;

@@ -62,6 +62,20 @@ std::unique_ptr<FloatImage3> FastDenoiserOperator::runPlanes(
     return FloatPlanesOperator(scheme.get()).apply(planes, std::move(target));
 }
 
+std::unique_ptr<FloatImage3> FastDenoiserOperator::runOwnedPlanes(
+    std::unique_ptr<FloatImage3> planes) {
+    FidelityDiffusionFlow flow(sigma_, contrast_, fidelity_,
+                               static_cast<int>(flowKindOf(flow_)), gradientNormId_);
+    // quirk: denoiser-substeps
+    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
+        {scheme_, iterations_, solverIterations_, tau_, solverId_, /*cflSubsteps=*/true}, flow);
+    if (scheme == nullptr) {
+        return nullptr;
+    }
+    scheme->setRange(lower(), upper());
+    return FloatPlanesOperator(scheme.get()).applyToOwned(std::move(planes));
+}
+
 std::unique_ptr<FloatImage3> FastDenoiserOperator::runPlanesMasked(
     const DiscreteImage& /*mask*/, const FloatImage3& planes,
     std::unique_ptr<FloatImage3> target) {

@@ -59,6 +59,18 @@ std::unique_ptr<FloatImage3> FastRestorationOperator::runPlanes(
     return FloatPlanesOperator(scheme.get()).apply(planes, std::move(target));
 }
 
+std::unique_ptr<FloatImage3> FastRestorationOperator::runOwnedPlanes(
+    std::unique_ptr<FloatImage3> planes) {
+    DiffusionFlow flow(sigma_, contrast_, static_cast<int>(flowKindOf(flow_)), gradientNormId_);
+    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
+        {scheme_, iterations_, solverIterations_, tau_, solverId_, cflSubsteps_}, flow);
+    if (scheme == nullptr) {
+        return nullptr;
+    }
+    scheme->setRange(lower(), upper());
+    return FloatPlanesOperator(scheme.get()).applyToOwned(std::move(planes));
+}
+
 std::unique_ptr<FloatImage3> FastRestorationOperator::runPlanesMasked(
     const DiscreteImage& /*mask*/, const FloatImage3& planes,
     std::unique_ptr<FloatImage3> target) {

@@ -59,6 +59,10 @@ class FastRestorationOperator : public FloatPlaneImageOperator {
     /// Sets the tolerance that nothing reads.
     void setTolerance(float tolerance) { tolerance_ = tolerance; }
 
+  protected:
+    /// `runPlanes` in the memory of the planes: two planes less.
+    std::unique_ptr<FloatImage3> runOwnedPlanes(std::unique_ptr<FloatImage3> planes) override;
+
   private:
     std::unique_ptr<FloatImage> diffuse(const FloatImage& plane, float lower,
                                         float upper) const;
