@@ -175,16 +175,21 @@ using MaxBiased = SlopeNorm<MaxBiasedSlopes>;
 
 }  // namespace
 
-#define ORV_NORM_COLUMNS(Norm) \
-    {peronaMalikColumn<Norm>, column<Norm, Variational>, column<Norm, TotalVariation>}
-
 extern const DiffusivityKernels kDiffusivityKernels;
 constinit const DiffusivityKernels kDiffusivityKernels = {
-    {ORV_NORM_COLUMNS(CentralNorm), ORV_NORM_COLUMNS(MinmodNorm), ORV_NORM_COLUMNS(MinSlope),
-     ORV_NORM_COLUMNS(MaxSlope), ORV_NORM_COLUMNS(MinBiased), ORV_NORM_COLUMNS(MaxBiased)},
+    {{peronaMalikColumn<CentralNorm>, column<CentralNorm, Variational>,
+      column<CentralNorm, TotalVariation>},
+     {peronaMalikColumn<MinmodNorm>, column<MinmodNorm, Variational>,
+      column<MinmodNorm, TotalVariation>},
+     {peronaMalikColumn<MinSlope>, column<MinSlope, Variational>,
+      column<MinSlope, TotalVariation>},
+     {peronaMalikColumn<MaxSlope>, column<MaxSlope, Variational>,
+      column<MaxSlope, TotalVariation>},
+     {peronaMalikColumn<MinBiased>, column<MinBiased, Variational>,
+      column<MinBiased, TotalVariation>},
+     {peronaMalikColumn<MaxBiased>, column<MaxBiased, Variational>,
+      column<MaxBiased, TotalVariation>}},
     {normColumn<CentralNorm>, normColumn<MinmodNorm>, normColumn<MinSlope>,
      normColumn<MaxSlope>, normColumn<MinBiased>, normColumn<MaxBiased>}};
-
-#undef ORV_NORM_COLUMNS
 
 }  // namespace orv::ORV_KERNEL_NAMESPACE
