@@ -51,7 +51,8 @@ std::vector<double> resultsOf(const VectorKernels& kernels, int n, int shift) {
 
 TEST(VectorKernels, EveryTargetGivesTheBitsOfGeneric) {
     for (const KernelTarget target : {KernelTarget::Avx2, KernelTarget::Avx512}) {
-        if (!isAvailable(target)) {
+        // Below a limit that the environment sets, the faster tables can't be asked for.
+        if (target > bestKernelTarget()) {
             continue;
         }
         ASSERT_NE(&vectorKernels(target), &vectorKernels(KernelTarget::Generic));
