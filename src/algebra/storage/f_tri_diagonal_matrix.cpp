@@ -18,6 +18,9 @@ namespace orv {
 
 namespace {
 
+// What a sum starts from so that it is the sum itself: 0 + -0 would lose the sign.
+constexpr float kNeutral = -0.0f;
+
 // y += the product with the diagonals below, main and above; the end rows have two terms.
 void addLineProduct(int n, const float* below, const float* main, const float* above,
                     const float* x, float* y) {
@@ -196,7 +199,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::Multiply(const RealVector& x,
     if (x.size() != Rows() || y == nullptr) {
         return nullptr;
     }
-    return MultiplyRange(x, 0, 0, /*accumulate=*/0, std::move(y));
+    y->FillRange(0, length_, kNeutral);
+    return MultiplyRange(x, 0, 0, /*accumulate=*/1, std::move(y));
 }
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyTransposedRange(
@@ -216,7 +220,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyTransposed(
     if (x.size() != Rows() || y == nullptr) {
         return nullptr;
     }
-    return MultiplyTransposedRange(x, 0, 0, /*accumulate=*/0, std::move(y));
+    y->FillRange(0, length_, kNeutral);
+    return MultiplyTransposedRange(x, 0, 0, /*accumulate=*/1, std::move(y));
 }
 
 void FTriDiagonalMatrix::PrintTo(std::FILE* file) const {

@@ -127,6 +127,19 @@ TEST(FTriDiagonalMatrix, ProductsMatchTheDenseSum) {
     }
 }
 
+TEST(FTriDiagonalMatrix, ProductsKeepTheSignOfZero) {
+    const FTriDiagonalMatrix A(5, 1.0f);
+    const RealVector x(5, -0.0f);
+
+    const auto y = A.Multiply(x, std::make_unique<RealVector>(5, 7.0f));
+    const auto z = A.MultiplyTransposed(x, nullptr);
+
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_TRUE(std::signbit((*y)[i])) << i;
+        EXPECT_TRUE(std::signbit((*z)[i])) << i;
+    }
+}
+
 TEST(FTriDiagonalMatrix, ProductsLeaveTheRestOfALongerVector) {
     const auto given = [] { return std::make_unique<RealVector>(4, 9.0f); };
     const RealVector x = vectorOf({1, 2, 3});

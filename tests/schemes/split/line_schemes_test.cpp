@@ -181,6 +181,20 @@ TEST(LineSchemes, PlainPathGivesTheSameBits) {
     }
 }
 
+TEST(LineSchemes, BothPathsKeepTheSignOfZero) {
+    const FloatImage plane(20, 20, -0.0f);
+    for (const Scheme scheme : kLineSchemes) {
+        DiffusionFlow plainFlow(0.0, 25.0, 0, 0);
+        DiffusionFlow flow(0.0, 25.0, 0, 0);
+
+        const auto plain =
+            makeScheme(scheme, &plainFlow, {.plainPath = true})->apply(plane, nullptr);
+        const auto quick = makeScheme(scheme, &flow)->apply(plane, nullptr);
+
+        EXPECT_TRUE(sameBits(*quick, *plain)) << nameOf(scheme);
+    }
+}
+
 TEST(LineSchemes, PlanesOfOneRowOrColumnComeBackFromTheImplicitSchemes) {
     for (const auto& [w, h] : {std::pair{1, 1}, std::pair{1, 5}, std::pair{5, 1}}) {
         const FloatImage plane = noisePlane(w, h, 9);
