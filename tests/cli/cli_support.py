@@ -9,6 +9,7 @@ import unittest
 import zlib
 from pathlib import Path
 
+ROOT = Path(__file__).resolve().parents[2]
 TOOL = os.environ.get("ORV_TOOL", "orv")
 
 # A run that leaves every sample as it was.
