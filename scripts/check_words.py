@@ -13,7 +13,7 @@ import sys
 from source_tree import code_files, read_text, report, tracked_files, without_comments
 
 OWNERS = ("src/base/aligned_block.", "src/exports/call_frame.", "src/exports/handle_exports.")
-BINARY = (".png", ".jpg", ".ico", ".tif")
+BINARY = (".png", ".jpg", ".ppm", ".pgm", ".tif", ".bmp")
 
 CODE_RULES = (
     (re.compile(r"#\s*include\s*<iostream>"), "no iostream"),
