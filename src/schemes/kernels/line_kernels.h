@@ -6,7 +6,7 @@
 
 namespace orv {
 
-/// Up to 64 neighbouring lines of equal length, sample i of lane j at data[i * stride + j].
+/// Up to 128 neighbouring lines of equal length, sample i of lane j at data[i * stride + j].
 ///
 /// Rows of a plane lie in this order already, with the plane's height as stride; columns are
 /// transposed into a strip, whose stride is its number of lanes.
@@ -25,7 +25,7 @@ struct Lines {
 struct LineSystems {
     ConstLines diffusivity;
     int length;
-    int lanes;  ///< 16, 32 or 64
+    int lanes;  ///< 16, 32, 64 or 128
     float step;
 };
 

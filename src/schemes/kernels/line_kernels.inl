@@ -133,7 +133,9 @@ void solveLanes(const LineSystems& s, ConstLines b, Lines x, float* pivots, floa
 
 void solveImplicit(const LineSystems& systems, ConstLines b, Lines x, float* pivots,
                    float* partial, bool average) {
-    if (systems.lanes == 64) {
+    if (systems.lanes == 128) {
+        solveLanes<128>(systems, b, x, pivots, partial, average);
+    } else if (systems.lanes == 64) {
         solveLanes<64>(systems, b, x, pivots, partial, average);
     } else if (systems.lanes == 32) {
         solveLanes<32>(systems, b, x, pivots, partial, average);
@@ -187,7 +189,9 @@ void multiplyLanes(const LineSystems& s, ConstLines x, Lines y) {
 }
 
 void multiplyExplicit(const LineSystems& systems, ConstLines x, Lines y) {
-    if (systems.lanes == 64) {
+    if (systems.lanes == 128) {
+        multiplyLanes<128>(systems, x, y);
+    } else if (systems.lanes == 64) {
         multiplyLanes<64>(systems, x, y);
     } else if (systems.lanes == 32) {
         multiplyLanes<32>(systems, x, y);
@@ -244,12 +248,28 @@ void solveFactoredLanes(const LineFactors& f, ConstLines b, Lines x, float* part
 
 void solveFactored(const LineFactors& factors, int lanes, ConstLines b, Lines x,
                    float* partial) {
-    if (lanes == 64) {
+    if (lanes == 128) {
+        solveFactoredLanes<128>(factors, b, x, partial);
+    } else if (lanes == 64) {
         solveFactoredLanes<64>(factors, b, x, partial);
     } else if (lanes == 32) {
         solveFactoredLanes<32>(factors, b, x, partial);
     } else {
         solveFactoredLanes<16>(factors, b, x, partial);
+    }
+}
+
+// Calls tile(q, i) for 8 columns from q on and 16 samples from i on, down bands of 16 columns:
+// no more of them are read at a time than the hardware fetches ahead.
+template <class Tile>
+inline void forEachTile(int columns, int length, Tile tile) {
+    constexpr int kBand = 16;
+    for (int band = 0; band < columns; band += kBand) {
+        for (int i = 0; i < length; i += 16) {
+            for (int q = band; q < columns && q < band + kBand; q += 8) {
+                tile(q, i);
+            }
+        }
     }
 }
 
@@ -265,21 +285,43 @@ void gatherColumns(const float* plane, std::size_t columnStride, int columns, in
     const int tiledColumns = columns - columns % 8;
     const int tiled = length - length % 16;
     // Two tiles high, so that every cache line that is fetched is used up at once.
-    for (int i = 0; i < tiled; i += 16) {
-        for (int q = 0; q < tiledColumns; q += 8) {
-            const float* from = plane + offset(q, columnStride) + i;
-            float* to = strip + offset(i, stride) + q;
-            for (std::size_t k = 0; k < 8; ++k) {
-                ORV_PREFETCH(from + k * columnStride + 2 * kFloatsPerLine);
-            }
-            transposeTile(from, columnStride, to, stride);
-            transposeTile(from + 8, columnStride, to + 8 * stride, stride);
+    forEachTile(tiledColumns, tiled, [&](int q, int i) {
+        const float* from = plane + offset(q, columnStride) + i;
+        float* to = strip + offset(i, stride) + q;
+        for (std::size_t k = 0; k < 8; ++k) {
+            ORV_PREFETCH(from + k * columnStride + 2 * kFloatsPerLine);
         }
-    }
+        transposeTile(from, columnStride, to, stride);
+        transposeTile(from + 8, columnStride, to + 8 * stride, stride);
+    });
     for (int q = 0; q < columns; ++q) {
         const float* from = plane + offset(q, columnStride);
         for (int i = q < tiledColumns ? tiled : 0; i < length; ++i) {
             strip[offset(i, stride) + static_cast<std::size_t>(q)] = from[i];
+        }
+    }
+}
+
+// Two tiles below each other; `average` stores (strip + what stood there) / 2.
+inline void scatterTiles(const float* from, std::size_t stride, float* to,
+                         std::size_t columnStride, bool average) {
+    for (std::size_t k = 0; k < 8; ++k) {
+        ORV_PREFETCH_WRITE(to + k * columnStride + 2 * kFloatsPerLine);
+    }
+    if (!average) {
+        transposeTile(from, stride, to, columnStride);
+        transposeTile(from + 8 * stride, stride, to + 8, columnStride);
+        return;
+    }
+    float tile[8 * 16];
+    transposeTile(from, stride, tile, 16);
+    transposeTile(from + 8 * stride, stride, tile + 8, 16);
+    for (std::size_t k = 0; k < 8; ++k) {
+        float* out = to + k * columnStride;
+        const float* solved = tile + 16 * k;
+        ORV_LANE_LOOP
+        for (int j = 0; j < 16; ++j) {
+            out[j] = (solved[j] + out[j]) * 0.5f;
         }
     }
 }
@@ -289,31 +331,10 @@ void scatterColumns(const float* strip, int lanes, int columns, int length, floa
     const std::size_t stride = static_cast<std::size_t>(lanes);
     const int tiledColumns = columns - columns % 8;
     const int tiled = length - length % 16;
-    float tile[8 * 16];
-    for (int i = 0; i < tiled; i += 16) {
-        for (int q = 0; q < tiledColumns; q += 8) {
-            const float* from = strip + offset(i, stride) + q;
-            float* to = plane + offset(q, columnStride) + i;
-            for (std::size_t k = 0; k < 8; ++k) {
-                ORV_PREFETCH_WRITE(to + k * columnStride + 2 * kFloatsPerLine);
-            }
-            if (!average) {
-                transposeTile(from, stride, to, columnStride);
-                transposeTile(from + 8 * stride, stride, to + 8, columnStride);
-                continue;
-            }
-            transposeTile(from, stride, tile, 16);
-            transposeTile(from + 8 * stride, stride, tile + 8, 16);
-            for (std::size_t k = 0; k < 8; ++k) {
-                float* out = to + k * columnStride;
-                const float* solved = tile + 16 * k;
-                ORV_LANE_LOOP
-                for (int j = 0; j < 16; ++j) {
-                    out[j] = (solved[j] + out[j]) * 0.5f;
-                }
-            }
-        }
-    }
+    forEachTile(tiledColumns, tiled, [&](int q, int i) {
+        scatterTiles(strip + offset(i, stride) + q, stride, plane + offset(q, columnStride) + i,
+                     columnStride, average);
+    });
     for (int q = 0; q < columns; ++q) {
         float* to = plane + offset(q, columnStride);
         for (int i = q < tiledColumns ? tiled : 0; i < length; ++i) {

@@ -14,11 +14,22 @@ namespace {
 // Which strip holds what.
 enum StripUse { kRight, kDiffusivity, kPivots, kPartial, kProducts, kBlend };
 
-// The strips that a pass walks through twice should stay in the second-level cache.
+// The strips that a pass of columns walks through twice should stay in the second-level cache.
 constexpr std::size_t kCacheBytes = std::size_t{3} << 19;
 
-// The widest strip that the cache and the lines that are left allow.
-int lanesFor(int length, std::size_t strips, int linesLeft) {
+// Rows are read in pieces of as many samples as there are lanes, a column apart. Longer pieces
+// gain more there than strips lose that outgrow the cache.
+int lanesOfRows(int linesLeft) {
+    for (const int lanes : {128, 64, 32}) {
+        if (linesLeft >= lanes) {
+            return lanes;
+        }
+    }
+    return 16;
+}
+
+// The widest of `strips` transposed strips that the cache and the lines left allow.
+int lanesOfColumns(int length, std::size_t strips, int linesLeft) {
     const std::size_t bytesPerLane = static_cast<std::size_t>(length) * strips * sizeof(float);
     for (const int lanes : {64, 32}) {
         if (linesLeft >= lanes &&
@@ -182,7 +193,7 @@ void LinePasses::alongX(const LineFlow& flow, const LineStage& stage, const Floa
     const int n = from.width();
     const int lines = from.height();
     for (Strip part = {0, 0, 0}; part.first < lines; part.first += part.count) {
-        part.lanes = lanesFor(n, 2, lines - part.first);
+        part.lanes = lanesOfRows(lines - part.first);
         part.count = std::min(part.lanes, lines - part.first);
         if (!beginLines(observer, part.first, part.count, lines)) {
             return;
@@ -207,7 +218,7 @@ void LinePasses::alongY(const LineFlow& flow, const LineStage& stage, const Floa
     const int lines = from.width();
     const std::size_t stride = static_cast<std::size_t>(n);
     for (Strip part = {0, 0, 0}; part.first < lines; part.first += part.count) {
-        part.lanes = lanesFor(n, 3, lines - part.first);
+        part.lanes = lanesOfColumns(n, 3, lines - part.first);
         part.count = std::min(part.lanes, lines - part.first);
         if (!beginLines(observer, part.first, part.count, lines)) {
             return;
@@ -229,7 +240,7 @@ void LinePasses::solveRows(const LineFactors& factors, FloatImage& plane) {
     const int n = plane.width();
     const int lines = plane.height();
     for (Strip part = {0, 0, 0}; part.first < lines; part.first += part.count) {
-        part.lanes = lanesFor(n, 1, lines - part.first);
+        part.lanes = lanesOfRows(lines - part.first);
         part.count = std::min(part.lanes, lines - part.first);
         const ConstLines b = rowsOf(plane, part, kRight);
         float* partial = strip(kPartial, part, n);
@@ -250,7 +261,7 @@ void LinePasses::solveColumns(const LineFactors& factors, FloatImage& plane) {
     const int lines = plane.width();
     const std::size_t stride = static_cast<std::size_t>(n);
     for (Strip part = {0, 0, 0}; part.first < lines; part.first += part.count) {
-        part.lanes = lanesFor(n, 1, lines - part.first);
+        part.lanes = lanesOfColumns(n, 1, lines - part.first);
         part.count = std::min(part.lanes, lines - part.first);
         float* b = strip(kRight, part, n);
         kernels_->gatherColumns(plane.row(part.first), stride, part.count, n, b, part.lanes);

@@ -51,7 +51,7 @@ class LineObserver {
 /// Every sample has the bits that flow, FTriDiagonalMatrix and ThomasSolver give line by line.
 ///
 /// Owns:    the strips, kept between passes, planes and steps.
-/// Cost:    memory for 5 strips of at most 64 lines.
+/// Cost:    memory for 5 strips of at most 128 lines.
 class LinePasses {
   public:
     /// Works on the rows of `from` and writes those of `to`.
