@@ -38,8 +38,8 @@ inline unsigned char lowByteOf(double sample) {
     return static_cast<unsigned char>(static_cast<int>(fits ? sample : 0.0));
 }
 
-/// Asks for the cache lines of one row of a tile. The rows of a tile lie a row of the picture
-/// apart, further than the processor's own prefetching looks.
+/// Asks for the cache lines of one row of a tile, or of one column in a plane. They lie a row
+/// or a column of the picture apart, further than the processor's own prefetching looks.
 template <int ForWriting>
 inline void prefetchRow(const void* first, std::size_t bytes) {
     const char* const start = static_cast<const char*>(first);
@@ -208,6 +208,7 @@ inline void widen(const unsigned char* tile, int columns, int rows, T* plane,
     for (int x = 0; x < columns; ++x) {
         const unsigned char* const from = tile + sizeOf(x) * kTileStep;
         T* const to = plane + sizeOf(x) * columnStride;
+        prefetchRow<1>(to + kTile, sizeOf(rows) * sizeof(T));
         for (int y = 0; y < rows; ++y) {
             to[y] = static_cast<T>(from[y]);
         }
@@ -221,6 +222,7 @@ inline void narrow(const T* plane, std::size_t columnStride, int columns, int ro
     for (int x = 0; x < columns; ++x) {
         const T* const from = plane + sizeOf(x) * columnStride;
         unsigned char* const to = tile + sizeOf(x) * kTileStep;
+        prefetchRow<0>(from + kTile, sizeOf(rows) * sizeof(T));
         for (int y = 0; y < rows; ++y) {
             to[y] = lowByteOf(from[y]);
         }
