@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "images/float_image3.h"
+#include "images/kernels/pixel_kernels.h"
 #include "images/rgb_discrete_image.h"
 #include "orv/orv.h"
 #include "schemes/flows/diffusion_flow.h"
@@ -119,6 +121,31 @@ void conversions(benchmark::State& state) {
     finish(state, "conversions", best);
 }
 BENCHMARK(conversions)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(1.0);
+
+// The same by the loops alone, between memory that is in use already.
+void conversionLoops(benchmark::State& state) {
+    const std::vector<unsigned char> bytes = photoBytes(kSize.width, kSize.height);
+    std::vector<unsigned char> target(bytes.size());
+    const std::size_t rowBytes = bytes.size() / static_cast<std::size_t>(kSize.height);
+    const std::size_t stride = static_cast<std::size_t>(kSize.height);
+    FloatImage3 planes(kSize.width, kSize.height);
+    float* const data[] = {planes.plane(0).data(), planes.plane(1).data(),
+                           planes.plane(2).data()};
+    const std::size_t strides[] = {stride, stride, stride};
+    const RgbKernels<float>& kernels = pixelKernels().rgbFloat;
+    BestTime best;
+    for (auto turn : state) {
+        best.time([&] {
+            kernels.readRgb(bytes.data(), rowBytes, kSize.width, kSize.height, data, stride);
+            kernels.writeRgb(data, strides, target.data(), rowBytes, kSize.width, kSize.height);
+        });
+    }
+    if (target != bytes) {
+        state.SkipWithError("bytes changed on the way to planes and back");
+    }
+    finish(state, "conversions/loops", best);
+}
+BENCHMARK(conversionLoops)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(1.0);
 
 }  // namespace
 }  // namespace orv::bench
