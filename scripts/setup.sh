@@ -109,6 +109,30 @@ orv_logged() {
     fi
 }
 
+# orv_watched LOG COMMAND...: orv_logged for a long build; a terminal is shown how far it is.
+orv_watched() {
+    local log=$1 build
+    shift
+    if [ ! -t 2 ]; then
+        orv_logged "$log" "$@"
+        return
+    fi
+    "$@" >"$log" 2>&1 </dev/null &
+    build=$!
+    # A job in the background does not hear the terminal's Ctrl-C.
+    trap 'kill "$build" 2>/dev/null; exit 130' INT TERM
+    while kill -0 "$build" 2>/dev/null; do
+        printf '\r  %s ' "$(sed -n 's/^\(\[[0-9]*\/[0-9]*\]\).*/\1/p' "$log" | tail -n 1)" >&2
+        sleep 0.5
+    done
+    trap - INT TERM
+    printf '\r\033[K' >&2
+    if ! wait "$build"; then
+        tail -n 40 "$log" >&2
+        orv_fail "Failed: $*" "The whole log is in $log"
+    fi
+}
+
 # orv_build PRESET [TARGET...]: configures once and builds, one caller at a time.
 orv_build() {
     local preset=$1
@@ -119,26 +143,28 @@ orv_build() {
     exec 9>"$folder/.lock"
     flock 9 2>/dev/null || true
     if [ ! -f "$folder/build.ninja" ] || [ -n "$orv_reconfigure" ]; then
-        orv_say "Building ($preset) in $folder; this happens once ..."
+        orv_say "Building ($preset) in $folder: once, some minutes." \
+            "The log is in $log-build.log"
         (cd "$orv_root" && orv_logged "$log-configure.log" cmake --preset "$preset")
     fi
     local targets=()
     if [ $# -gt 0 ]; then
         targets=(--target "$@")
     fi
-    orv_logged "$log-build.log" cmake --build "$folder" "${targets[@]}"
+    orv_watched "$log-build.log" cmake --build "$folder" "${targets[@]}"
     exec 9>&-
 }
 
 # orv_ctest FOLDER [OPTION...]: runs the tests of a build and sets orv_passed and orv_failed.
-# A failed test prints its output.
+# A failed test prints its output, one that passes nothing.
 orv_ctest() {
     local folder=$1
     shift
     local report="$folder/ctest.xml"
     rm -f "$report"
     ctest --test-dir "$folder" --output-on-failure --parallel "$(nproc)" \
-        --output-junit "$report" "$@" || true
+        --output-junit "$report" "$@" |
+        grep -vE '^ +Start +[0-9]+: | +Passed +[0-9.]+ sec *$' || true
     local head total failed skipped disabled
     if [ ! -f "$report" ]; then
         orv_passed=0
