@@ -27,7 +27,7 @@ def plain(number):
 def takes(parameter):
     """Returns what the parameter takes, in words."""
     if parameter["kind"] == "flag":
-        return "on or off"
+        return "flag"
     if parameter["kind"] == "choice":
         if len(parameter["choices"]) > 10:
             return "a name or number"

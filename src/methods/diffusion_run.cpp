@@ -114,7 +114,8 @@ std::string diffusionRefusal(const Arguments& arguments, bool substeps, int widt
 
     LinearSolverList list(50, 10);
     if (list.Create(solver, /*maxIter=*/1, /*m=*/2, /*tol=*/1e-4) == nullptr) {
-        return "this build lacks the solver " + solverName;
+        return "this version doesn't have the solver " + solverName +
+               " yet; take Thomas (orv solvers lists what works)";
     }
     if (!solverFitsScheme(solver, scheme)) {
         return "the solver " + solverName + " can't work on the lines of the scheme " +

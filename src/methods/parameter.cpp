@@ -58,7 +58,15 @@ std::string choiceNames(const Parameter& parameter) {
     return names;
 }
 
+std::string outOfRange(const Parameter& parameter, std::string_view text) {
+    return std::string(text) + " is out of range (expected " + expectation(parameter) + ")";
+}
+
 std::string unknownChoice(const Parameter& parameter, std::string_view text) {
+    double number = 0.0;
+    if (parameter.choicesByNumber && readNumber(text, number)) {
+        return outOfRange(parameter, text);
+    }
     std::vector<std::string_view> names;
     for (const Choice& candidate : parameter.choices()) {
         names.push_back(candidate.name);
@@ -96,10 +104,6 @@ std::string parseFlag(const Parameter& parameter, std::string_view text, double&
     }
     return "'" + std::string(text) + "' is neither on nor off (expected " +
            expectation(parameter) + ")";
-}
-
-std::string outOfRange(const Parameter& parameter, std::string_view text) {
-    return std::string(text) + " is out of range (expected " + expectation(parameter) + ")";
 }
 
 }  // namespace
@@ -157,7 +161,7 @@ std::string expectation(const Parameter& parameter) {
     const std::string last = ", default " + defaultText(parameter);
     switch (parameter.kind) {
         case ParameterKind::Flag:
-            return "on or off" + last;
+            return "flag" + last;
         case ParameterKind::Choice: {
             const std::span<const Choice> choices = parameter.choices();
             if (choices.size() <= kListedChoices) {
@@ -165,7 +169,11 @@ std::string expectation(const Parameter& parameter) {
             }
             std::string text = "one of " + std::to_string(choices.size()) + " names, '";
             text.append(choices.front().name).append("' to '").append(choices.back().name);
-            text += parameter.choicesByNumber ? "', or a number" : "'";
+            text += "'";
+            if (parameter.choicesByNumber) {
+                text += ", or a number from " + std::to_string(choices.front().value) + " to " +
+                        std::to_string(choices.back().value);
+            }
             return text + last;
         }
         case ParameterKind::Integer:

@@ -63,5 +63,31 @@ TEST(SolverListing, HoldsAllSolversInTheOrderOfTheirIds) {
     EXPECT_EQ(entries[41].group, "SSOR preconditioned methods");
 }
 
+TEST(SolverListing, NotesTheSolversThatSpoilPictures) {
+    for (const SolverEntry& entry : solverListing()) {
+        EXPECT_EQ(!entry.note.empty(), entry.id == 1 || (entry.id >= 27 && entry.id <= 30))
+            << entry.name;
+    }
+}
+
+TEST(SolverListing, WarnsOnlyWhereTheNoteHolds) {
+    EXPECT_EQ(solverWarning(0, 50), "");
+    EXPECT_EQ(
+        solverWarning(1, 1),
+        "the solver Jacobi multiplies instead of solving: wrong pictures, for study only");
+    EXPECT_EQ(solverWarning(29, 10), "");
+    EXPECT_EQ(solverWarning(29, 11),
+              "the solver GMRES*-CBB may break down above 10 solver iterations");
+    EXPECT_EQ(solverWarning(99, 50), "");
+}
+
+TEST(SolverListing, WritesJson) {
+    const std::string json = solversAsJson();
+
+    EXPECT_NE(json.find("\"id\": 41"), std::string::npos);
+    EXPECT_NE(json.find("\"works\": true"), std::string::npos);
+    EXPECT_NE(json.find("\"note\": \"multiplies instead of solving"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace orv

@@ -85,7 +85,9 @@ TEST(Parameter, TakesChoicesInAnyCaseAndOffersTheNearest) {
 
 TEST(Parameter, TakesTheNumberOfAChoiceOnlyWhereThatIsAllowed) {
     EXPECT_EQ(valueOf(kNumbered, "7"), 7.0);
-    EXPECT_NE(errorOf(kNumbered, "6"), "");
+    EXPECT_NE(errorOf(kNumbered, "6").find("6 is out of range (expected "), std::string::npos);
+    EXPECT_NE(checkValue(kNumbered, 6.0).find("6 is out of range"), std::string::npos);
+    EXPECT_NE(errorOf(kNumbered, "none").find("'none' is not known"), std::string::npos);
     EXPECT_NE(errorOf(kColour, "7"), "");
 }
 
@@ -93,7 +95,7 @@ TEST(Parameter, ReadsFlags) {
     EXPECT_EQ(valueOf(kFlag, "on"), 1.0);
     EXPECT_EQ(valueOf(kFlag, "FALSE"), 0.0);
     EXPECT_EQ(errorOf(kFlag, "maybe"),
-              "'maybe' is neither on nor off (expected on or off, default off)");
+              "'maybe' is neither on nor off (expected flag, default off)");
 }
 
 TEST(Parameter, ChecksNumbersAsItChecksTexts) {
