@@ -1,10 +1,13 @@
 """Files that can't be read or written: one line, exit code 3, and nothing left behind."""
 
+import fcntl
 import os
 import pty
 import re
 import signal
+import struct
 import subprocess
+import termios
 import time
 import unittest
 
@@ -131,10 +134,12 @@ class Runs(FolderCase):
                 self.assertEqual(len(self.names()), 2, "no file in the making")
 
                 process.send_signal(number)
-                out, _ = process.communicate(timeout=60)
+                out, error = process.communicate(timeout=60)
 
                 self.assertEqual(process.returncode, -number)
                 self.assertEqual(out, b"")
+                told = b"orv: cancelled, nothing written\n" if number == signal.SIGINT else b""
+                self.assertEqual(error, told)
                 self.assertEqual(self.names(), ["in.ppm"])
 
     def test_progress_lines_rise_and_end_at_100(self):
@@ -150,10 +155,12 @@ class Runs(FolderCase):
             self.assertNotIn(100, percents[:-1])
         self.assertRegex(out, r"^out\.ppm: 256 x 256 pixels, 8-bit colour, 197 KB, in [\d.]+ s\n$")
 
-    def test_a_terminal_shows_one_line_that_only_rises(self):
+    def on_terminal(self, columns, *more, interrupt=False):
+        """Exit code and all that a terminal was sent."""
         keeper, terminal = pty.openpty()
+        fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
         write_netpbm(self.folder / "in.ppm", 256, 256, samples(256, 256, 3))
-        arguments = [TOOL, "restore", "in.ppm", "out.ppm", "--steps", "200", "--scheme", "AMOS"]
+        arguments = [TOOL, "restore", "in.ppm", "out.ppm", "--scheme", "AMOS", *more]
         environment = {**os.environ, "TERM": "xterm"}
         with subprocess.Popen(arguments, cwd=self.folder, env=environment, stdout=subprocess.PIPE, stderr=terminal) as process:
             os.close(terminal)
@@ -166,15 +173,40 @@ class Runs(FolderCase):
                 if not block:
                     break
                 shown += block
+                if interrupt and b" %" in shown:
+                    process.send_signal(signal.SIGINT)
+                    interrupt = False
             process.communicate(timeout=60)
         os.close(keeper)
+        return process.returncode, shown
 
-        self.assertEqual(process.returncode, 0)
+    def test_a_terminal_shows_one_line_that_only_rises(self):
+        code, shown = self.on_terminal(80, "--steps", "200")
+
+        self.assertEqual(code, 0)
+        self.assertLess(shown.index(b"restore: reading in.ppm ..."), shown.index(b"restore: writing out.ppm ..."))
         percents = [int(found) for found in re.findall(rb"restore +(\d+) %", shown)]
         self.assertEqual(percents, sorted(percents))
         if percents:  # a quick machine has nothing to tell
             self.assertEqual((percents[-1], percents.count(100)), (100, 1))
             self.assertEqual(shown.count(b"\n"), 1)
+
+    def test_a_narrow_terminal_is_never_overfilled(self):
+        for columns in (6, 12, 20, 40, 200):
+            with self.subTest(columns=columns):
+                code, shown = self.on_terminal(columns, "--steps", "150", "-f")
+                self.assertEqual(code, 0)
+                lines = re.split(rb"[\r\n]+(?:\x1b\[K)?", shown)
+                self.assertLess(max(map(len, lines)), columns)
+                if b"100 %" in shown:  # a quick machine has no bar
+                    self.assertRegex(lines[-2], rb"^(restore )?100 %")
+
+    def test_an_interruption_ends_the_line_and_says_so(self):
+        code, shown = self.on_terminal(80, "--steps", "1000", interrupt=True)
+
+        self.assertEqual(code, -signal.SIGINT)
+        self.assertRegex(shown, rb" %[^\n]*\r\norv: cancelled, nothing written\r\n$")
+        self.assertEqual(self.names(), ["in.ppm"])
 
     def test_quick_runs_and_quiet_runs_are_silent(self):
         write_netpbm(self.folder / "in.ppm", 8, 8, samples(8, 8, 3))

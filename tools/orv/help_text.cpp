@@ -12,7 +12,9 @@ namespace orv::cli {
 namespace {
 
 constexpr std::size_t kColumn = 32;
-constexpr std::size_t kWidth = 96;
+constexpr std::size_t kWidth = 80;
+/// Stands for a space at which no line is broken.
+constexpr char kJoin = '\x1f';
 /// Longer lists of choices have a verb of their own.
 constexpr std::size_t kShownChoices = 10;
 
@@ -36,11 +38,18 @@ std::string row(const std::string& left, const std::string& right) {
             text += ' ';
             ++at;
         }
-        text += right.substr(from, length);
+        std::string word = right.substr(from, length);
+        std::replace(word.begin(), word.end(), kJoin, ' ');
+        text += word;
         at += length;
         from = end + 1;
     }
     return text + "\n";
+}
+
+std::string joined(std::string text) {
+    std::replace(text.begin(), text.end(), ' ', kJoin);
+    return text;
 }
 
 std::string range(const Parameter& parameter) {
@@ -48,13 +57,13 @@ std::string range(const Parameter& parameter) {
         case ParameterKind::Flag:
             return {};
         case ParameterKind::Choice:
-            return " [default: " + defaultText(parameter) + "]";
+            return " " + joined("[default: " + defaultText(parameter) + "]");
         case ParameterKind::Real:
         case ParameterKind::Integer:
             break;
     }
-    return "; " + numberText(parameter.from) + " to " + numberText(parameter.to) +
-           " [default: " + defaultText(parameter) + "]";
+    return "; " + joined(numberText(parameter.from) + " to " + numberText(parameter.to)) + " " +
+           joined("[default: " + defaultText(parameter) + "]");
 }
 
 std::string choiceRows(const Parameter& parameter) {
@@ -69,12 +78,23 @@ std::string choiceRows(const Parameter& parameter) {
     return text;
 }
 
+/// What happens to a picture between the files, in lines of at most 80 characters.
+constexpr std::string_view kVipsNotes =
+    "8 and 16 bits, grey or colour, and float TIFF. Alpha stays untouched; colour\n"
+    "profile, EXIF and XMP are kept. CMYK becomes sRGB, a palette becomes RGB, and\n"
+    "EXIF rotation is applied. JPEG is written at quality 92 with full colour\n"
+    "resolution, WebP at quality 92; both make 8 bits of 16.\n";
+
 constexpr std::string_view kExitCodes =
     "Exit codes:\n"
     "  0  done\n"
     "  1  the method refused or failed\n"
     "  2  the command line is wrong\n"
     "  3  a file can't be read or written\n";
+
+std::string pictureFiles() {
+    return "\nPicture files: " + writableExtensions() + "\n";
+}
 
 }  // namespace
 
@@ -89,13 +109,14 @@ std::string generalHelp() {
         text += row(std::string(method->name) + " IN OUT", std::string(method->summary));
     }
     text += row("methods", "list the methods and their parameters, with --json for programs");
-    text += row("solvers", "list the linear solvers that --solver takes");
+    text += row("solvers", "list the linear solvers that --solver takes, also with --json");
     text +=
         "\n"
         "Options:\n";
-    text += row("-h, --help", "show this, or the parameters of a verb: orv VERB --help");
+    text += row("-h, --help",
+                "show this, or the parameters of a verb: orv VERB --help, orv help VERB");
     text += row("--version", "show the version");
-    text += "\nPicture files: " + writableExtensions() + "\n\n";
+    text += pictureFiles() + "\n";
     text += kExitCodes;
     return text;
 }
@@ -113,22 +134,31 @@ std::string methodHelp(const Method& method) {
     }
     text += "\nFiles and messages:\n";
     text += row("-f, --force", "overwrite OUT if it exists; OUT may then be IN");
-    text += row("-q, --quiet", "no progress and no result line");
+    text += row("-q, --quiet", "errors alone: no progress, warnings or result line");
     text += row("-h, --help", "show this");
-    text += "\nPicture files: " + writableExtensions() + "\n";
+    text += pictureFiles();
     if (haveVips()) {
-        text +=
-            "8 and 16 bits, grey or colour. Alpha stays untouched; colour profile, EXIF and "
-            "XMP "
-            "are kept.\n";
+        text += kVipsNotes;
     }
-    text += "\n";
+    text +=
+        "\norv methods lists both methods in short, orv solvers the names for --solver.\n\n";
     text += kExitCodes;
     text += "\nLiterature:\n";
     for (const std::string_view line : method.literature) {
         text += "  " + std::string(line) + "\n";
     }
     return text;
+}
+
+std::string verbHelp(std::string_view verb) {
+    if (verb == "methods") {
+        return methodsHelp();
+    }
+    if (verb == "solvers") {
+        return solversHelp();
+    }
+    const Method* const method = findMethod(verb);
+    return method == nullptr ? std::string() : methodHelp(*method);
 }
 
 std::string methodsHelp() {
@@ -139,8 +169,10 @@ std::string methodsHelp() {
 }
 
 std::string solversHelp() {
-    return "List the linear solvers: number, name, group, description\n\n"
+    return "List the linear solvers: number, name, whether it works in this version,\n"
+           "group, description and what to mind\n\n"
            "Usage: orv solvers [options]\n\nOptions:\n" +
+           row("--json", "as JSON text: id, name, group, description, works, note") +
            row("-h, --help", "show this");
 }
 

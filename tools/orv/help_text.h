@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "methods/method.h"
 
@@ -11,6 +12,9 @@ std::string generalHelp();
 
 /// What `orv VERB --help` prints for a method, from its description.
 std::string methodHelp(const Method& method);
+
+/// The help of a verb, or an empty text when there is no such verb.
+std::string verbHelp(std::string_view verb);
 
 /// What `orv methods --help` prints.
 std::string methodsHelp();

@@ -197,8 +197,8 @@ std::string writeRefusal(const std::string& path, const FormatEntry& format,
     return {};
 }
 
-std::string writePicture(const std::string& path, const FormatEntry& format,
-                         const Picture& picture, std::string_view extension) {
+std::string writePicture(const std::string& path, const FormatEntry& format, Picture& picture,
+                         std::string_view extension) {
     if (format.needsVips) {
         return writeByVips(path, format.format, picture);
     }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "methods/interleaved_planes.h"
 
@@ -13,7 +14,8 @@ struct Picture {
     InterleavedSamples samples;
     int colours = 3;     ///< 1 or 3 channels of colour; a further one is alpha
     bool alpha = false;  ///< whether the last channel is alpha, which stays untouched
-    std::shared_ptr<void> metadata;  ///< colour profile, EXIF and the like; null when none
+    std::shared_ptr<void> metadata;     ///< colour profile, EXIF and the like; null when none
+    std::vector<std::string> warnings;  ///< what got lost on the way, a line each
 };
 
 /// The file formats.
@@ -58,8 +60,10 @@ std::string writeRefusal(const std::string& path, const FormatEntry& format,
 
 /// Writes a picture to `path`, which may have any ending.
 ///
+/// A colour profile that the picture can't use is left out, with a warning in the picture.
+///
 /// Fails:   with a reason without the path; an empty text means success.
-std::string writePicture(const std::string& path, const FormatEntry& format,
-                         const Picture& picture, std::string_view extension);
+std::string writePicture(const std::string& path, const FormatEntry& format, Picture& picture,
+                         std::string_view extension);
 
 }  // namespace orv::cli

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <new>
 #include <string>
@@ -6,6 +8,7 @@
 
 #include "commands/commands.h"
 #include "help_text.h"
+#include "image_file.h"
 #include "messages.h"
 #include "methods/method_catalogue.h"
 #include "methods/suggestion.h"
@@ -25,6 +28,30 @@ ExitCode unknownVerb(std::string_view word) {
                               orv::didYouMean(word, names) + " (orv --help lists all)");
 }
 
+/// The user's words after the first, as they would follow a verb.
+std::string wordsAfter(int argc, const char* const* argv) {
+    std::string words;
+    for (int i = 2; i < argc; ++i) {
+        words += " " + std::string(argv[i]);
+    }
+    return words;
+}
+
+bool looksLikePicture(const char* word) {
+    struct stat status {};
+    return orv::cli::formatOfName(word) != nullptr ||
+           (stat(word, &status) == 0 && S_ISREG(status.st_mode));
+}
+
+ExitCode help(int argc, const char* const* argv) {
+    const std::string text = argc > 2 ? orv::cli::verbHelp(argv[2]) : orv::cli::generalHelp();
+    if (text.empty()) {
+        return unknownVerb(argv[2]);
+    }
+    orv::cli::print(text);
+    return ExitCode::Done;
+}
+
 ExitCode dispatch(int argc, const char* const* argv) {
     if (argc < 2) {
         return orv::cli::fail(ExitCode::Usage,
@@ -33,8 +60,7 @@ ExitCode dispatch(int argc, const char* const* argv) {
     }
     const std::string_view verb = argv[1];
     if (verb == "--help" || verb == "-h" || verb == "help") {
-        orv::cli::print(orv::cli::generalHelp());
-        return ExitCode::Done;
+        return help(argc, argv);
     }
     if (verb == "--version") {
         orv::cli::print(orv::cli::versionText());
@@ -47,6 +73,12 @@ ExitCode dispatch(int argc, const char* const* argv) {
         return orv::cli::solversCommand(argc - 1, argv + 1);
     }
     const orv::Method* const method = orv::findMethod(verb);
+    if (method == nullptr && looksLikePicture(argv[1])) {
+        return orv::cli::fail(ExitCode::Usage,
+                              "'" + std::string(verb) +
+                                  "' is a file name, not a verb; did you mean 'orv restore " +
+                                  std::string(verb) + wordsAfter(argc, argv) + "'?");
+    }
     return method == nullptr ? unknownVerb(verb)
                              : orv::cli::methodCommand(*method, argc - 1, argv + 1);
 }

@@ -14,19 +14,30 @@ std::string formatted(const char* format, Values... values) {
     return text.data();
 }
 
+void writeLine(const std::string& text) {
+    std::fputs(("orv: " + printable(text) + "\n").c_str(), stderr);
+}
+
 }  // namespace
 
-ExitCode fail(ExitCode code, std::string_view text) {
-    std::string line = "orv: " + std::string(text);
+std::string printable(std::string_view text) {
+    std::string line(text);
     for (char& c : line) {
         const auto byte = static_cast<unsigned char>(c);
         if (byte < 0x20 || byte == 0x7f) {
             c = '?';
         }
     }
-    line += '\n';
-    std::fputs(line.c_str(), stderr);
+    return line;
+}
+
+ExitCode fail(ExitCode code, std::string_view text) {
+    writeLine(std::string(text));
     return code;
+}
+
+void warn(std::string_view text) {
+    writeLine("warning: " + std::string(text));
 }
 
 void print(std::string_view text) {

@@ -9,11 +9,17 @@ namespace orv::cli {
 
 /// Writes "orv: text" as one line to standard error and gives the code back.
 ///
-/// Control characters, which file names may hold, are shown as '?'.
+/// The text is made printable.
 ExitCode fail(ExitCode code, std::string_view text);
+
+/// Writes "orv: warning: text" as one line to standard error, made printable.
+void warn(std::string_view text);
 
 /// Writes text to standard output as it is.
 void print(std::string_view text);
+
+/// Text with control characters, which file names may hold, shown as '?'.
+std::string printable(std::string_view text);
 
 /// A time in words: "0.31 s", "12 s", "3 min 05 s".
 std::string durationText(double seconds);

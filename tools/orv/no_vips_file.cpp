@@ -18,8 +18,7 @@ std::string readByVips(const std::string& /*path*/, Format /*format*/, Picture& 
     return "needs libvips, which this build is without";
 }
 
-std::string writeByVips(const std::string& /*path*/, Format /*format*/,
-                        const Picture& /*picture*/) {
+std::string writeByVips(const std::string& /*path*/, Format /*format*/, Picture& /*picture*/) {
     return "needs libvips, which this build is without";
 }
 

@@ -7,61 +7,15 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "interruption.h"
+
 namespace orv::cli {
 
 namespace {
-
-/// The name that a signal has to remove; empty when there is none.
-constinit std::array<char, PATH_MAX> pendingName{};
-
-constexpr std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
-
-extern "C" void removeAndDie(int signal) {
-    if (pendingName[0] != '\0') {
-        unlink(pendingName.data());
-    }
-    // The handler was installed for one call: the signal now does what it always did.
-    raise(signal);
-}
-
-/// Keeps the signals away while a name is made or forgotten.
-class SignalPause {
-  public:
-    SignalPause() {
-        sigset_t signals;
-        sigemptyset(&signals);
-        for (const int signal : kSignals) {
-            sigaddset(&signals, signal);
-        }
-        sigprocmask(SIG_BLOCK, &signals, &before_);
-    }
-    ~SignalPause() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
-    SignalPause(const SignalPause&) = delete;
-    SignalPause& operator=(const SignalPause&) = delete;
-
-  private:
-    sigset_t before_{};
-};
-
-void watchSignals() {
-    for (const int signal : kSignals) {
-        struct sigaction before {};
-        sigaction(signal, nullptr, &before);
-        if (before.sa_handler == SIG_IGN) {
-            continue;
-        }
-        struct sigaction action {};
-        action.sa_handler = removeAndDie;
-        action.sa_flags = static_cast<int>(SA_RESETHAND);
-        sigemptyset(&action.sa_mask);
-        sigaction(signal, &action, nullptr);
-    }
-}
 
 std::string systemError(const std::string& path, int error) {
     return path +
@@ -84,9 +38,9 @@ void OutputFile::remove() {
     if (temporary_.empty()) {
         return;
     }
-    const SignalPause pause;
+    const InterruptionPause pause;
     unlink(temporary_.c_str());
-    pendingName[0] = '\0';
+    setUnfinishedFile("");
     temporary_.clear();
 }
 
@@ -118,30 +72,30 @@ std::string OutputFile::open(const std::string& path, bool overwrite) {
     const std::size_t slash = target_.find_last_of('/');
     std::string name =
         (slash == std::string::npos ? "" : target_.substr(0, slash + 1)) + ".orv-XXXXXX";
-    if (name.size() >= pendingName.size()) {
+    if (name.size() >= PATH_MAX) {
         return systemError(path, ENAMETOOLONG);
     }
-    const SignalPause pause;
+    const InterruptionPause pause;
     const int descriptor = mkstemp(name.data());
     if (descriptor < 0) {
         return systemError(path, errno);
     }
     fchmod(descriptor, mode);
     close(descriptor);
-    std::memcpy(pendingName.data(), name.c_str(), name.size() + 1);
+    setUnfinishedFile(name);
     temporary_ = name;
-    watchSignals();
     return {};
 }
 
 std::string OutputFile::commit() {
-    const SignalPause pause;
+    const InterruptionPause pause;
     if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
         const std::string error = systemError(path_, errno);
         remove();
         return error;
     }
-    pendingName[0] = '\0';
+    setUnfinishedFile("");
+    setResultWritten();
     temporary_.clear();
     return {};
 }

@@ -6,7 +6,7 @@ namespace orv::cli {
 
 /// A result file in the making: it lies under another name in the same folder until it is whole.
 ///
-/// The other name is removed by the destructor, by SIGINT, SIGTERM and SIGHUP. One at a time.
+/// The other name is removed by the destructor and by an interruption. One at a time.
 class OutputFile {
   public:
     /// Nothing yet.

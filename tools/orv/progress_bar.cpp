@@ -1,5 +1,6 @@
 #include "progress_bar.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include "interruption.h"
 #include "messages.h"
 
 namespace orv::cli {
@@ -16,8 +18,16 @@ namespace orv::cli {
 namespace {
 
 constexpr int kBarWidth = 30;
-/// Seconds before the first sign: quick runs stay silent.
-constexpr double kQuick = 1.0;
+/// A bar shorter than this tells nothing.
+constexpr int kLeastBarWidth = 8;
+/// The share of a run that is left for writing the file.
+constexpr double kWorkShare = 0.98;
+/// Seconds of work before the first bar on a terminal, and before the first line elsewhere.
+constexpr double kQuickOnTerminal = 0.5;
+constexpr double kQuickElsewhere = 5.0;
+/// The time left is a guess until so much is done, or so many seconds have passed.
+constexpr double kEnoughDone = 0.05;
+constexpr double kEnoughSeconds = 1.0;
 /// Seconds between two drawings of the line.
 constexpr double kRedraw = 0.1;
 
@@ -26,40 +36,112 @@ bool isTerminal() {
     return isatty(STDERR_FILENO) != 0 && (kind == nullptr || std::strcmp(kind, "dumb") != 0);
 }
 
+/// The characters that fit on a line without wrapping.
+int lineWidth() {
+    struct winsize size {};
+    int columns = 0;
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0) {
+        columns = size.ws_col;
+    }
+    if (columns == 0) {
+        const char* const told = std::getenv("COLUMNS");
+        columns = told == nullptr ? 0 : std::atoi(told);
+    }
+    // Some terminals wrap as soon as the last column is filled.
+    return (columns > 0 ? columns : 80) - 1;
+}
+
 std::string wholeSeconds(double seconds) {
     const long whole = static_cast<long>(seconds + 0.5);
     return whole < 60 ? std::to_string(whole) + " s" : durationText(static_cast<double>(whole));
 }
 
+double secondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
 }  // namespace
+
+std::string progressLine(std::string_view label, int percent, std::string_view times,
+                         int width) {
+    std::string line = std::to_string(percent) + " %";
+    const auto room = [&] { return width - static_cast<int>(line.size()); };
+    if (room() > static_cast<int>(label.size()) + 2) {
+        line.insert(0, std::string(5 - line.size(), ' '));
+        line.insert(0, std::string(label) + " ");
+    }
+    const int timesWidth = times.empty() ? 0 : static_cast<int>(times.size()) + 1;
+    const bool timesFit = timesWidth <= room();
+    const int bar = std::min(kBarWidth, room() - 1 - (timesFit ? timesWidth : 0));
+    if (bar >= kLeastBarWidth) {
+        const int full = percent * bar / 100;
+        line += " " + std::string(static_cast<std::size_t>(full), '#') +
+                std::string(static_cast<std::size_t>(bar - full), '.');
+    }
+    if (timesFit && timesWidth > 0) {
+        line += " " + std::string(times);
+    }
+    return line;
+}
 
 ProgressBar::ProgressBar(std::string label, bool quiet)
     : label_(std::move(label)),
       quiet_(quiet),
       terminal_(isTerminal()),
-      start_(std::chrono::steady_clock::now()) {}
+      made_(Clock::now()),
+      started_(made_) {}
 
 ProgressBar::~ProgressBar() {
-    if (terminal_ && shown_ && !finished_) {
+    clear();
+}
+
+void ProgressBar::clear() {
+    if (lineOpen_) {
         std::fputs("\r\033[K", stderr);
+        std::fflush(stderr);
+        lineOpen_ = false;
+        setLineOpen(false);
     }
 }
 
 double ProgressBar::seconds() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+    return secondsSince(made_);
+}
+
+void ProgressBar::show(const std::string& line) {
+    setLineOpen(true);
+    lineOpen_ = true;
+    std::fprintf(stderr, "\r\033[K%s", line.c_str());
+    std::fflush(stderr);
+}
+
+void ProgressBar::phase(std::string_view action, const std::string& file) {
+    if (quiet_ || !terminal_) {
+        return;
+    }
+    const std::string shortForm = std::string(action) + " ...";
+    const std::string longForm =
+        label_ + ": " + std::string(action) + " " + printable(file) + " ...";
+    const auto width = static_cast<std::size_t>(std::max(lineWidth(), 0));
+    show(longForm.size() <= width ? longForm : shortForm.substr(0, width));
+}
+
+void ProgressBar::start() {
+    started_ = Clock::now();
 }
 
 void ProgressBar::update(double done) {
-    if (quiet_ || finished_) {
+    if (quiet_) {
         return;
     }
-    percent_ = std::max(percent_, std::clamp(static_cast<int>(done * 100.0), 0, 99));
-    const double now = seconds();
-    if (now < (terminal_ ? kQuick / 2 : kQuick)) {
+    percent_ =
+        std::max(percent_, std::clamp(static_cast<int>(done * kWorkShare * 100.0), 0, 99));
+    const double now = secondsSince(started_);
+    if (now < (terminal_ ? kQuickOnTerminal : kQuickElsewhere)) {
         return;
     }
     if (terminal_) {
-        if (!shown_ || now - drawnAt_ >= kRedraw) {
+        if (!drawn_ || now - drawnAt_ >= kRedraw) {
             drawnAt_ = now;
             draw(percent_, done);
         }
@@ -70,31 +152,35 @@ void ProgressBar::update(double done) {
 }
 
 void ProgressBar::finish() {
-    if (!quiet_ && shown_ && !finished_) {
+    if (!drawn_) {
+        clear();
+    } else if (!quiet_) {
         draw(100, 1.0);
         if (terminal_) {
             std::fputc('\n', stderr);
         }
+        lineOpen_ = false;
+        setLineOpen(false);
     }
-    finished_ = true;
+}
+
+std::string ProgressBar::times(int percent, double done) const {
+    std::string text = wholeSeconds(seconds());
+    const double elapsed = secondsSince(started_);
+    if (percent < 100 && done > 0.0 && (done >= kEnoughDone || elapsed >= kEnoughSeconds)) {
+        text += ", " + wholeSeconds(elapsed * (1.0 - done) / done) + " left";
+    }
+    return text;
 }
 
 void ProgressBar::draw(int percent, double done) {
-    shown_ = true;
-    const double elapsed = seconds();
-    std::string times = wholeSeconds(elapsed);
-    if (percent < 100 && done > 0.0) {
-        times += ", " + wholeSeconds(elapsed * (1.0 - done) / done) + " left";
-    }
-    if (!terminal_) {
-        std::fprintf(stderr, "%s: %d %%, %s\n", label_.c_str(), percent, times.c_str());
+    drawn_ = true;
+    if (terminal_) {
+        show(progressLine(label_, percent, times(percent, done), lineWidth()));
         return;
     }
-    const auto full = static_cast<std::size_t>(percent * kBarWidth / 100);
-    const std::string bar = std::string(full, '#') + std::string(kBarWidth - full, '.');
-    std::fprintf(stderr, "\r\033[K%s %3d %% %s %s", label_.c_str(), percent, bar.c_str(),
-                 times.c_str());
-    std::fflush(stderr);
+    std::fprintf(stderr, "%s: %d %%, %s\n", label_.c_str(), percent,
+                 times(percent, done).c_str());
 }
 
 }  // namespace orv::cli

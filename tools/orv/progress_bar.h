@@ -2,13 +2,15 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 namespace orv::cli {
 
 /// Tells on standard error how far a run is.
 ///
-/// On a terminal one line is kept up to date: percent, bar, time so far and time left. Elsewhere
-/// a plain line is written at each tenth, at most ten, and none in the first second. The value
+/// On a terminal one line is kept up to date and never wider than the terminal: what is read or
+/// written, and during the work percent, bar, time so far and time left. Elsewhere a plain line
+/// is written at each tenth, and none unless the work takes longer than five seconds. The value
 /// never goes back, and 100 appears in finish() alone.
 class ProgressBar {
   public:
@@ -19,25 +21,41 @@ class ProgressBar {
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    /// `done` runs from 0 to 1.
+    /// Shows on a terminal what goes on outside the work: "reading", "writing", and which file.
+    void phase(std::string_view action, const std::string& file);
+    /// The work begins: the time left is reckoned from now on.
+    void start();
+    /// `done` is the share of the work, from 0 to 1.
     void update(double done);
     /// Shows 100 %, if anything was shown.
     void finish();
+    /// Wipes the line, so that another can be written to standard error.
+    void clear();
     /// Seconds since the bar was made.
     double seconds() const;
 
   private:
+    using Clock = std::chrono::steady_clock;
+
     void draw(int percent, double done);
+    void show(const std::string& line);
+    std::string times(int percent, double done) const;
 
     std::string label_;
     bool quiet_;
     bool terminal_;
-    bool shown_ = false;
-    bool finished_ = false;
+    bool lineOpen_ = false;
+    bool drawn_ = false;
     int percent_ = 0;
     int tenth_ = 0;
     double drawnAt_ = 0.0;
-    std::chrono::steady_clock::time_point start_;
+    Clock::time_point made_;
+    Clock::time_point started_;
 };
+
+/// The line of a bar, at most `width` characters: as much of label, bar and times as fits, and
+/// the percent in any case.
+std::string progressLine(std::string_view label, int percent, std::string_view times,
+                         int width);
 
 }  // namespace orv::cli

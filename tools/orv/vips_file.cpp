@@ -2,6 +2,7 @@
 
 #include <vips/vips.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -20,8 +21,16 @@ struct Unref {
 };
 using Image = std::unique_ptr<VipsImage, Unref>;
 
-void dropMessage(const gchar* /*domain*/, GLogLevelFlags /*level*/, const gchar* /*message*/,
-                 gpointer /*data*/) {}
+/// Whether a loader complained about a colour profile; it may have done so in any thread.
+constinit std::atomic<bool> profileComplaint = false;
+
+/// Keeps libvips's own lines from the user, but for what a loader leaves out.
+void hearMessage(const gchar* /*domain*/, GLogLevelFlags /*level*/, const gchar* message,
+                 gpointer /*data*/) {
+    if (std::string_view(message).substr(0, 5) == "iCCP:") {
+        profileComplaint = true;
+    }
+}
 
 /// The first line of what libvips has to say, which is then forgotten.
 std::string vipsReason() {
@@ -31,8 +40,15 @@ std::string vipsReason() {
     return end == std::string::npos ? text : text.substr(0, end);
 }
 
+/// The JPEG library says what is wrong; the others say no more than that a read failed.
 std::string damaged() {
-    return "is damaged or cut short (" + vipsReason() + ")";
+    constexpr std::string_view kJpeg = "VipsJpeg: ";
+    const std::string reason = vipsReason();
+    std::string text = "is damaged or cut short";
+    if (reason.compare(0, kJpeg.size(), kJpeg) == 0) {
+        text += " (" + reason.substr(kJpeg.size()) + ")";
+    }
+    return text;
 }
 
 Image load(const std::string& path, Format format) {
@@ -226,6 +242,24 @@ std::string floatRefusal(const InterleavedSamples& samples) {
     return {};
 }
 
+/// Whether the colour profile, if there is one, describes samples as they will be stored.
+bool profileFits(VipsImage* image, bool grey) {
+    if (vips_image_get_typeof(image, VIPS_META_ICC_NAME) == 0) {
+        return true;
+    }
+    const void* profile = nullptr;
+    std::size_t size = 0;
+    if (vips_image_get_blob(image, VIPS_META_ICC_NAME, &profile, &size) != 0) {
+        return false;
+    }
+    // The head of a profile names its colour space; libvips takes grey ones for RGB too.
+    constexpr std::size_t kSpaceAt = 16;
+    const std::string_view space = grey ? "GRAY" : "RGB ";
+    const std::string_view bytes(static_cast<const char*>(profile), size);
+    return size > kSpaceAt && bytes.substr(kSpaceAt, space.size()) == space &&
+           vips_icc_is_compatible_profile(image, profile, size) != 0;
+}
+
 VipsInterpretation kindOf(const Picture& picture) {
     const bool words = picture.samples.depth == SampleDepth::Bits16;
     if (picture.samples.depth == SampleDepth::Float) {
@@ -274,7 +308,7 @@ bool startVips() {
         g_log_set_handler("VIPS",
                           static_cast<GLogLevelFlags>(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_INFO |
                                                       G_LOG_LEVEL_MESSAGE),
-                          dropMessage, nullptr);
+                          hearMessage, nullptr);
         return true;
     }();
     return started;
@@ -293,6 +327,8 @@ std::string readByVips(const std::string& path, Format format, Picture& picture)
     if (!startVips()) {
         return "libvips can't start (" + vipsReason() + ")";
     }
+    profileComplaint = false;
+    vips_error_clear();
     Image image = load(path, format);
     if (image == nullptr) {
         return damaged();
@@ -305,11 +341,18 @@ std::string readByVips(const std::string& path, Format format, Picture& picture)
     if (error.empty()) {
         error = copySamples(image.get(), picture.samples);
     }
+    if (error.empty() && format == Format::Jpeg && *vips_error_buffer() != '\0') {
+        // A warning about the last lines comes too late to fail the read itself.
+        error = damaged();
+    }
     if (error.empty()) {
         error = floatRefusal(picture.samples);
     }
     if (!error.empty()) {
         return error;
+    }
+    if (profileComplaint && vips_image_get_typeof(image.get(), VIPS_META_ICC_NAME) == 0) {
+        picture.warnings.push_back(path + ": the colour profile is unusable and is left out");
     }
     const int orientation = vips_image_get_orientation(image.get());
     picture.metadata = metadataOf(image.get());
@@ -320,7 +363,7 @@ std::string readByVips(const std::string& path, Format format, Picture& picture)
     return error;
 }
 
-std::string writeByVips(const std::string& path, Format format, const Picture& picture) {
+std::string writeByVips(const std::string& path, Format format, Picture& picture) {
     if (!startVips()) {
         return "libvips can't start (" + vipsReason() + ")";
     }
@@ -336,9 +379,11 @@ std::string writeByVips(const std::string& path, Format format, const Picture& p
         // The samples are upright; the EXIF block is brought in line when it is written.
         vips_image_set_int(copy, VIPS_META_ORIENTATION, 1);
     }
-    if (format == Format::Webp && picture.colours == 1) {
-        // WebP turns grey into RGB, which a profile for grey does not describe.
+    // WebP turns grey into RGB.
+    if (!profileFits(copy, picture.colours == 1 && format != Format::Webp)) {
         vips_image_remove(copy, VIPS_META_ICC_NAME);
+        picture.warnings.emplace_back(
+            "the colour profile doesn't fit the result and is left out");
     }
     return save(copy, path, format, picture.samples.depth) == 0 ? std::string() : vipsReason();
 }

@@ -16,6 +16,6 @@ bool startVips();
 std::string readByVips(const std::string& path, Format format, Picture& picture);
 
 /// writePicture for PNG, JPEG, TIFF and WebP.
-std::string writeByVips(const std::string& path, Format format, const Picture& picture);
+std::string writeByVips(const std::string& path, Format format, Picture& picture);
 
 }  // namespace orv::cli

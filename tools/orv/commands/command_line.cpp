@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "methods/method_catalogue.h"
 #include "methods/suggestion.h"
 
 namespace orv::cli {
@@ -25,11 +26,37 @@ std::vector<std::string> optionNames(const Syntax& syntax) {
     return names;
 }
 
+/// The other verbs that have an option, as "denoise" or "methods and solvers"; empty when none.
+std::string verbsWith(const std::string& option) {
+    if (option == "--json") {
+        return "methods and solvers";
+    }
+    if (option == "--force" || option == "--quiet" || option == "-f" || option == "-q") {
+        return "restore and denoise";
+    }
+    std::string verbs;
+    for (const Method* const method : methodCatalogue()) {
+        for (const Parameter& parameter : method->parameters) {
+            if (option == "--" + std::string(parameter.name)) {
+                verbs += (verbs.empty() ? "" : " and ") + std::string(method->name);
+            }
+        }
+    }
+    return verbs;
+}
+
 std::string unexpected(const Syntax& syntax, const std::string& word) {
+    const std::string verb(syntax.verb);
     if (word.size() < 2 || word[0] != '-') {
-        return "unexpected argument '" + word + "'";
+        return syntax.files ? verb + ": takes one picture at a time: IN OUT ('" + word +
+                                  "' is one word too many)"
+                            : "unexpected argument '" + word + "'";
     }
     const std::string option = word.substr(0, word.find('='));
+    const std::string others = verbsWith(option);
+    if (!others.empty()) {
+        return option + ": is an option of " + others + ", not of " + verb;
+    }
     const std::vector<std::string> names = optionNames(syntax);
     const std::vector<std::string_view> views(names.begin(), names.end());
     return "unknown option '" + option + "'" + didYouMean(option, views);
@@ -96,33 +123,61 @@ std::string missingValue(const Syntax& syntax, const CLI::ParseError& error) {
     return text.substr(0, text.find('\n'));
 }
 
+/// The parser's options of a verb, each of which may stand once.
+struct Options {
+    CLI::Option* force = nullptr;
+    CLI::Option* quiet = nullptr;
+    CLI::Option* json = nullptr;
+    std::vector<CLI::Option*> parameters;  ///< one for each parameter
+    std::vector<std::string> texts;        ///< their values, which mustn't move
+
+    Options(CLI::App& app, const Syntax& syntax, CommandLine& line)
+        : texts(syntax.parameters.size()) {
+        app.set_help_flag();
+        app.allow_extras();
+        app.add_flag("-h,--help", line.help);
+        if (syntax.files) {
+            force = app.add_flag("-f,--force");
+            quiet = app.add_flag("-q,--quiet");
+            app.add_option("IN", line.input);
+            app.add_option("OUT", line.output);
+        }
+        if (syntax.json) {
+            json = app.add_flag("--json");
+        }
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            const Parameter& parameter = syntax.parameters[i];
+            const std::string name = "--" + std::string(parameter.name);
+            parameters.push_back(parameter.kind == ParameterKind::Flag
+                                     ? app.add_flag(name)
+                                     : app.add_option(name, texts[i])->take_last());
+        }
+    }
+
+    /// What is wrong with the first option that was given more than once; empty when none was.
+    std::string repeated() const {
+        std::vector<const CLI::Option*> all(parameters.begin(), parameters.end());
+        all.insert(all.end(), {force, quiet, json});
+        for (const CLI::Option* const option : all) {
+            if (option != nullptr && option->count() > 1) {
+                return "--" + option->get_lnames().front() + ": is given " +
+                       std::to_string(option->count()) + " times; give it once";
+            }
+        }
+        return {};
+    }
+};
+
+bool given(const CLI::Option* option) {
+    return option != nullptr && option->count() > 0;
+}
+
 }  // namespace
 
 std::string readCommandLine(const Syntax& syntax, int argc, const char* const* argv,
                             CommandLine& line) {
     CLI::App app;
-    app.set_help_flag();
-    app.allow_extras();
-    app.add_flag("-h,--help", line.help);
-    if (syntax.files) {
-        app.add_flag("-f,--force", line.force);
-        app.add_flag("-q,--quiet", line.quiet);
-        app.add_option("IN", line.input);
-        app.add_option("OUT", line.output);
-    }
-    if (syntax.json) {
-        app.add_flag("--json", line.json);
-    }
-    std::vector<std::string> texts(syntax.parameters.size());
-    std::vector<CLI::Option*> options;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        const Parameter& parameter = syntax.parameters[i];
-        const std::string name = "--" + std::string(parameter.name);
-        options.push_back(parameter.kind == ParameterKind::Flag
-                              ? app.add_flag(name)
-                              : app.add_option(name, texts[i])->take_last());
-    }
-
+    const Options options(app, syntax, line);
     std::string error = flagWithValue(syntax, argc, argv);
     if (!error.empty()) {
         return error;
@@ -135,7 +190,10 @@ std::string readCommandLine(const Syntax& syntax, int argc, const char* const* a
     if (line.help) {
         return {};
     }
-    error = firstUnwanted(syntax, app.remaining());
+    error = options.repeated();
+    if (error.empty()) {
+        error = firstUnwanted(syntax, app.remaining());
+    }
     if (!error.empty()) {
         return error;
     }
@@ -145,10 +203,14 @@ std::string readCommandLine(const Syntax& syntax, int argc, const char* const* a
     if (syntax.files && line.output.empty()) {
         return missingFile(syntax, "the file to write");
     }
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (options[i]->count() > 0) {
+    line.force = given(options.force);
+    line.quiet = given(options.quiet);
+    line.json = given(options.json);
+    for (std::size_t i = 0; i < options.parameters.size(); ++i) {
+        if (given(options.parameters[i])) {
             const bool isFlag = syntax.parameters[i].kind == ParameterKind::Flag;
-            line.values.emplace_back(syntax.parameters[i].name, isFlag ? "on" : texts[i]);
+            line.values.emplace_back(syntax.parameters[i].name,
+                                     isFlag ? "on" : options.texts[i]);
         }
     }
     return {};

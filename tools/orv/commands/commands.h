@@ -11,7 +11,7 @@ ExitCode methodCommand(const Method& method, int argc, const char* const* argv);
 /// `orv methods [--json]`.
 ExitCode methodsCommand(int argc, const char* const* argv);
 
-/// `orv solvers`.
+/// `orv solvers [--json]`.
 ExitCode solversCommand(int argc, const char* const* argv);
 
 }  // namespace orv::cli

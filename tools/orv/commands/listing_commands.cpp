@@ -38,12 +38,13 @@ std::string solversText() {
         nameWidth = std::max(nameWidth, entry.name.size());
         groupWidth = std::max(groupWidth, entry.group.size());
     }
-    std::string text = "id  " + padded("name", nameWidth + 2) + padded("built", 7) +
+    std::string text = "id  " + padded("name", nameWidth + 2) + padded("works", 7) +
                        padded("group", groupWidth + 2) + "description\n";
     for (const SolverEntry& entry : solverListing()) {
         text += padded(std::to_string(entry.id), 4) + padded(entry.name, nameWidth + 2) +
                 padded(entry.available ? "yes" : "no", 7) +
-                padded(entry.group, groupWidth + 2) + entry.description + "\n";
+                padded(entry.group, groupWidth + 2) + entry.description +
+                (entry.note.empty() ? "" : "; NOTE: " + std::string(entry.note)) + "\n";
     }
     return text;
 }
@@ -63,12 +64,12 @@ ExitCode methodsCommand(int argc, const char* const* argv) {
 
 ExitCode solversCommand(int argc, const char* const* argv) {
     CommandLine line;
-    const Syntax syntax{"solvers", /*files=*/false, /*json=*/false, {}};
+    const Syntax syntax{"solvers", /*files=*/false, /*json=*/true, {}};
     const std::string error = readCommandLine(syntax, argc, argv, line);
     if (!error.empty()) {
         return fail(ExitCode::Usage, error);
     }
-    print(line.help ? solversHelp() : solversText());
+    print(line.help ? solversHelp() : line.json ? solversAsJson() : solversText());
     return ExitCode::Done;
 }
 

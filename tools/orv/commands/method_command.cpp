@@ -8,17 +8,16 @@
 #include "commands/commands.h"
 #include "help_text.h"
 #include "image_file.h"
+#include "interruption.h"
 #include "messages.h"
 #include "methods/interleaved_planes.h"
+#include "methods/solver_listing.h"
 #include "output_file.h"
 #include "progress_bar.h"
 
 namespace orv::cli {
 
 namespace {
-
-/// The share of a run's time that is left for writing the file.
-constexpr double kMethodShare = 0.98;
 
 std::string unknownFormat(const std::string& path) {
     struct stat status {};
@@ -46,11 +45,12 @@ std::string resultLine(const std::string& path, const Picture& picture, double s
 /// Runs the method on the colours of a picture and puts the result in their place.
 MethodResult runOn(Picture& picture, const Method& method, const Arguments& arguments,
                    const FormatEntry& format, ProgressBar& bar) {
-    MethodResult result =
-        method.run(planesOf(picture.samples, picture.colours), arguments, [&](double done) {
-            bar.update(done * kMethodShare);
-            return true;
-        });
+    Planes planes = planesOf(picture.samples, picture.colours);
+    bar.start();
+    MethodResult result = method.run(std::move(planes), arguments, [&](double done) {
+        bar.update(done);
+        return true;
+    });
     if (!result.planes.empty()) {
         if (format.deepest == SampleDepth::Bits8) {
             picture.samples = narrowed(std::move(picture.samples));
@@ -66,7 +66,9 @@ ExitCode process(const Method& method, const Arguments& arguments, const Command
     if (format == nullptr) {
         return fail(ExitCode::File, unknownFormat(line.output));
     }
+    watchInterruptions();
     ProgressBar bar(std::string(method.name), line.quiet);
+    bar.phase("reading", line.input);
     Picture picture;
     std::string error = readPicture(line.input, picture);
     if (error.empty()) {
@@ -77,24 +79,36 @@ ExitCode process(const Method& method, const Arguments& arguments, const Command
         error = output.open(line.output, line.force);
     }
     if (!error.empty()) {
+        bar.clear();
         return fail(ExitCode::File, error);
     }
 
+    if (picture.samples.depth == SampleDepth::Bits16 && format->deepest == SampleDepth::Bits8) {
+        picture.warnings.push_back(line.output + ": " + std::string(format->name) +
+                                   " holds 8 bits a sample; the picture's 16 are rounded");
+    }
     const MethodResult result = runOn(picture, method, arguments, *format, bar);
     if (!result.error.empty()) {
+        bar.clear();
         return fail(ExitCode::Refused, std::string(method.name) + ": " + result.error);
     }
     const std::string ending = line.output.substr(line.output.find_last_of('.'));
+    bar.phase("writing", line.output);
     error = writePicture(output.temporaryPath(), *format, picture, ending);
     if (!error.empty()) {
+        bar.clear();
         return fail(ExitCode::File, line.output + ": can't be written: " + error);
     }
     error = output.commit();
     if (!error.empty()) {
+        bar.clear();
         return fail(ExitCode::File, error);
     }
     bar.finish();
     if (!line.quiet) {
+        for (const std::string& warning : picture.warnings) {
+            warn(warning);
+        }
         print(resultLine(line.output, picture, bar.seconds()));
     }
     return ExitCode::Done;
@@ -119,6 +133,11 @@ ExitCode methodCommand(const Method& method, int argc, const char* const* argv) 
         if (!error.empty()) {
             return fail(ExitCode::Usage, error);
         }
+    }
+    const std::string warning =
+        solverWarning(arguments.integer("solver"), arguments.integer("solver-iterations"));
+    if (!warning.empty() && !line.quiet) {
+        warn(warning);
     }
     return process(method, arguments, line);
 }
