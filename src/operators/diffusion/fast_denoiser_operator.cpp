@@ -28,13 +28,29 @@ FastDenoiserOperator::FastDenoiserOperator(int scheme, int iterations, int solve
       flow_(flow),
       gradientNormId_(gradientNormId) {}
 
+template <class Work>
+auto FastDenoiserOperator::withScheme(float lower, float upper, Work work) const {
+    FidelityDiffusionFlow flow(sigma_, contrast_, fidelity_,
+                               static_cast<int>(flowKindOf(flow_)), gradientNormId_);
+    // quirk: denoiser-substeps
+    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
+        {scheme_, iterations_, solverIterations_, tau_, solverId_, /*cflSubsteps=*/true}, flow);
+    if (scheme == nullptr) {
+        return decltype(work(*scheme)){};
+    }
+    scheme->setRange(lower, upper);
+    return work(*scheme);
+}
+
 std::unique_ptr<DiscreteImage> FastDenoiserOperator::runGrey(
     const DiscreteImage& source, std::unique_ptr<DiscreteImage> target) {
     if (target == nullptr) {
         target = source.clone();
     }
-    const std::unique_ptr<FloatImage> result =
-        diffuse(FloatImage(source), toFloat(source.minValue()), toFloat(source.maxValue()));
+    const FloatImage plane(source);
+    const std::unique_ptr<FloatImage> result = withScheme(
+        toFloat(source.minValue()), toFloat(source.maxValue()),
+        [&](SimpleAnisotropicOperator& scheme) { return scheme.apply(plane, nullptr); });
     if (result == nullptr) {
         return nullptr;
     }
@@ -50,30 +66,16 @@ std::unique_ptr<DiscreteImage> FastDenoiserOperator::runGreyMasked(
 
 std::unique_ptr<FloatImage3> FastDenoiserOperator::runPlanes(
     const FloatImage3& planes, std::unique_ptr<FloatImage3> target) {
-    FidelityDiffusionFlow flow(sigma_, contrast_, fidelity_,
-                               static_cast<int>(flowKindOf(flow_)), gradientNormId_);
-    // quirk: denoiser-substeps
-    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
-        {scheme_, iterations_, solverIterations_, tau_, solverId_, /*cflSubsteps=*/true}, flow);
-    if (scheme == nullptr) {
-        return nullptr;
-    }
-    scheme->setRange(lower(), upper());
-    return FloatPlanesOperator(scheme.get()).apply(planes, std::move(target));
+    return withScheme(lower(), upper(), [&](SimpleAnisotropicOperator& scheme) {
+        return FloatPlanesOperator(&scheme).apply(planes, std::move(target));
+    });
 }
 
 std::unique_ptr<FloatImage3> FastDenoiserOperator::runOwnedPlanes(
     std::unique_ptr<FloatImage3> planes) {
-    FidelityDiffusionFlow flow(sigma_, contrast_, fidelity_,
-                               static_cast<int>(flowKindOf(flow_)), gradientNormId_);
-    // quirk: denoiser-substeps
-    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
-        {scheme_, iterations_, solverIterations_, tau_, solverId_, /*cflSubsteps=*/true}, flow);
-    if (scheme == nullptr) {
-        return nullptr;
-    }
-    scheme->setRange(lower(), upper());
-    return FloatPlanesOperator(scheme.get()).applyToOwned(std::move(planes));
+    return withScheme(lower(), upper(), [&](SimpleAnisotropicOperator& scheme) {
+        return FloatPlanesOperator(&scheme).applyToOwned(std::move(planes));
+    });
 }
 
 std::unique_ptr<FloatImage3> FastDenoiserOperator::runPlanesMasked(
@@ -94,21 +96,9 @@ std::unique_ptr<FloatImage3> FastDenoiserOperator::runPlanesAltMasked(
 }
 
 std::unique_ptr<FloatImage> FastDenoiserOperator::runPlane(const FloatImage& plane) {
-    return diffuse(plane, lower(), upper());
-}
-
-std::unique_ptr<FloatImage> FastDenoiserOperator::diffuse(const FloatImage& plane, float lower,
-                                                          float upper) const {
-    FidelityDiffusionFlow flow(sigma_, contrast_, fidelity_,
-                               static_cast<int>(flowKindOf(flow_)), gradientNormId_);
-    // quirk: denoiser-substeps
-    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
-        {scheme_, iterations_, solverIterations_, tau_, solverId_, /*cflSubsteps=*/true}, flow);
-    if (scheme == nullptr) {
-        return nullptr;
-    }
-    scheme->setRange(lower, upper);
-    return scheme->apply(plane, nullptr);
+    return withScheme(lower(), upper(), [&](SimpleAnisotropicOperator& scheme) {
+        return scheme.apply(plane, nullptr);
+    });
 }
 
 }  // namespace orv

@@ -27,13 +27,27 @@ FastRestorationOperator::FastRestorationOperator(int scheme, int iterations,
       flow_(flow),
       gradientNormId_(gradientNormId) {}
 
+template <class Work>
+auto FastRestorationOperator::withScheme(float lower, float upper, Work work) const {
+    DiffusionFlow flow(sigma_, contrast_, static_cast<int>(flowKindOf(flow_)), gradientNormId_);
+    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
+        {scheme_, iterations_, solverIterations_, tau_, solverId_, cflSubsteps_}, flow);
+    if (scheme == nullptr) {
+        return decltype(work(*scheme)){};
+    }
+    scheme->setRange(lower, upper);
+    return work(*scheme);
+}
+
 std::unique_ptr<DiscreteImage> FastRestorationOperator::runGrey(
     const DiscreteImage& source, std::unique_ptr<DiscreteImage> target) {
     if (target == nullptr) {
         target = source.clone();
     }
-    const std::unique_ptr<FloatImage> result =
-        diffuse(FloatImage(source), toFloat(source.minValue()), toFloat(source.maxValue()));
+    const FloatImage plane(source);
+    const std::unique_ptr<FloatImage> result = withScheme(
+        toFloat(source.minValue()), toFloat(source.maxValue()),
+        [&](SimpleAnisotropicOperator& scheme) { return scheme.apply(plane, nullptr); });
     if (result == nullptr) {
         return nullptr;
     }
@@ -49,26 +63,16 @@ std::unique_ptr<DiscreteImage> FastRestorationOperator::runGreyMasked(
 
 std::unique_ptr<FloatImage3> FastRestorationOperator::runPlanes(
     const FloatImage3& planes, std::unique_ptr<FloatImage3> target) {
-    DiffusionFlow flow(sigma_, contrast_, static_cast<int>(flowKindOf(flow_)), gradientNormId_);
-    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
-        {scheme_, iterations_, solverIterations_, tau_, solverId_, cflSubsteps_}, flow);
-    if (scheme == nullptr) {
-        return nullptr;
-    }
-    scheme->setRange(lower(), upper());
-    return FloatPlanesOperator(scheme.get()).apply(planes, std::move(target));
+    return withScheme(lower(), upper(), [&](SimpleAnisotropicOperator& scheme) {
+        return FloatPlanesOperator(&scheme).apply(planes, std::move(target));
+    });
 }
 
 std::unique_ptr<FloatImage3> FastRestorationOperator::runOwnedPlanes(
     std::unique_ptr<FloatImage3> planes) {
-    DiffusionFlow flow(sigma_, contrast_, static_cast<int>(flowKindOf(flow_)), gradientNormId_);
-    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
-        {scheme_, iterations_, solverIterations_, tau_, solverId_, cflSubsteps_}, flow);
-    if (scheme == nullptr) {
-        return nullptr;
-    }
-    scheme->setRange(lower(), upper());
-    return FloatPlanesOperator(scheme.get()).applyToOwned(std::move(planes));
+    return withScheme(lower(), upper(), [&](SimpleAnisotropicOperator& scheme) {
+        return FloatPlanesOperator(&scheme).applyToOwned(std::move(planes));
+    });
 }
 
 std::unique_ptr<FloatImage3> FastRestorationOperator::runPlanesMasked(
@@ -89,19 +93,9 @@ std::unique_ptr<FloatImage3> FastRestorationOperator::runPlanesAltMasked(
 }
 
 std::unique_ptr<FloatImage> FastRestorationOperator::runPlane(const FloatImage& plane) {
-    return diffuse(plane, lower(), upper());
-}
-
-std::unique_ptr<FloatImage> FastRestorationOperator::diffuse(const FloatImage& plane,
-                                                             float lower, float upper) const {
-    DiffusionFlow flow(sigma_, contrast_, static_cast<int>(flowKindOf(flow_)), gradientNormId_);
-    const std::unique_ptr<SimpleAnisotropicOperator> scheme = makeScheme(
-        {scheme_, iterations_, solverIterations_, tau_, solverId_, cflSubsteps_}, flow);
-    if (scheme == nullptr) {
-        return nullptr;
-    }
-    scheme->setRange(lower, upper);
-    return scheme->apply(plane, nullptr);
+    return withScheme(lower(), upper(), [&](SimpleAnisotropicOperator& scheme) {
+        return scheme.apply(plane, nullptr);
+    });
 }
 
 }  // namespace orv

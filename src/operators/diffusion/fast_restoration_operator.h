@@ -64,8 +64,9 @@ class FastRestorationOperator : public FloatPlaneImageOperator {
     std::unique_ptr<FloatImage3> runOwnedPlanes(std::unique_ptr<FloatImage3> planes) override;
 
   private:
-    std::unique_ptr<FloatImage> diffuse(const FloatImage& plane, float lower,
-                                        float upper) const;
+    /// Builds flow and scheme for one run and gives what `work` makes with the scheme.
+    template <class Work>
+    auto withScheme(float lower, float upper, Work work) const;
 
     int scheme_;
     int iterations_;
