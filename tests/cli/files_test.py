@@ -192,9 +192,9 @@ class Runs(FolderCase):
             self.assertEqual(shown.count(b"\n"), 1)
 
     def test_a_narrow_terminal_is_never_overfilled(self):
-        for columns in (6, 12, 20, 40, 200):
+        for columns in (6, 20, 40):
             with self.subTest(columns=columns):
-                code, shown = self.on_terminal(columns, "--steps", "150", "-f")
+                code, shown = self.on_terminal(columns, "--steps", "500", "-f")
                 self.assertEqual(code, 0)
                 lines = re.split(rb"[\r\n]+(?:\x1b\[K)?", shown)
                 self.assertLess(max(map(len, lines)), columns)

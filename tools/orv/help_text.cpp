@@ -113,8 +113,8 @@ std::string generalHelp() {
     text +=
         "\n"
         "Options:\n";
-    text += row("-h, --help",
-                "show this, or the parameters of a verb: orv VERB --help, orv help VERB");
+    text += row("-h, --help", "show this; " + joined("orv VERB --help") + " or " +
+                                  joined("orv help VERB") + " tells about a verb");
     text += row("--version", "show the version");
     text += pictureFiles() + "\n";
     text += kExitCodes;
@@ -140,8 +140,7 @@ std::string methodHelp(const Method& method) {
     if (haveVips()) {
         text += kVipsNotes;
     }
-    text +=
-        "\norv methods lists both methods in short, orv solvers the names for --solver.\n\n";
+    text += "\norv methods lists the methods in short, orv solvers the names for --solver.\n\n";
     text += kExitCodes;
     text += "\nLiterature:\n";
     for (const std::string_view line : method.literature) {
