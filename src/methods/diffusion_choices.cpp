@@ -15,8 +15,10 @@ constexpr std::array<Choice, 7> kSchemes{{
     {"ADI", kSchemeAdi, "alternating directions, Peaceman-Rachford"},
     {"AOS", kSchemeAos, "additive operator splitting: mean of x and y alone"},
     {"AMOS", kSchemeAmos, "additive-multiplicative splitting, Crank-Nicolson lines"},
-    {"2DSemi", kScheme2DSemi, "unsplit and semi-implicit; with Thomas minutes for 0.25 megapixels"},
-    {"2DImplicit", kScheme2DImplicit, "unsplit, half explicit; with Thomas minutes for 0.25 megapixels"},
+    {"2DSemi", kScheme2DSemi,
+     "unsplit and semi-implicit; with Thomas minutes for 0.25 megapixels"},
+    {"2DImplicit", kScheme2DImplicit,
+     "unsplit, half explicit; with Thomas minutes for 0.25 megapixels"},
 }};
 
 constexpr std::array<Choice, 7> kFlows{{
