@@ -60,7 +60,7 @@ def startup_functions(nm, readelf, library):
 
 
 def problems(arguments):
-    exported = exported_names(arguments.nm, arguments.library)
+    exported = exported_names(arguments.nm, arguments.shared_object)
     for name in sorted(NAMES - exported):
         yield f"not exported: {name}"
     for name in sorted(exported - NAMES):
@@ -68,7 +68,7 @@ def problems(arguments):
     for name in sorted(NAMES ^ declared_names(arguments.header)):
         yield f"header and list differ in: {name}"
 
-    dynamic = output(arguments.readelf, "-dW", arguments.library)
+    dynamic = output(arguments.readelf, "-dW", arguments.shared_object)
     sonames = re.findall(r"\(SONAME\).*\[(.*)\]", dynamic)
     if sonames != [SONAME]:
         yield f"soname is {sonames}, not {SONAME}"
@@ -76,7 +76,7 @@ def problems(arguments):
         if RUNTIME.match(needed) is None:
             yield f"needs {needed}"
 
-    startup = startup_functions(arguments.nm, arguments.readelf, arguments.library)
+    startup = startup_functions(arguments.nm, arguments.readelf, arguments.shared_object)
     if not startup:
         yield "the start-up table could not be read"
     for name in startup:
@@ -86,7 +86,7 @@ def problems(arguments):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--library", required=True)
+    parser.add_argument("--shared-object", required=True)
     parser.add_argument("--header", required=True)
     parser.add_argument("--nm", default="nm")
     parser.add_argument("--readelf", default="readelf")

@@ -132,7 +132,7 @@ TEST(ConvertORVImage, PixelsOfTheCallerAreNotKept) {
 }
 
 TEST(DestroyORVImage, NullIsHarmless) {
-    DestroyORVImage(nullptr);
+    EXPECT_NO_FATAL_FAILURE(DestroyORVImage(nullptr));
 }
 
 TEST(GetORVImageInfo, GivesWidthAndHeight) {
