@@ -154,7 +154,8 @@ ORV_EXPORT void* ORVFastRestoration(void* image, const char* scheme, int solverI
  *
  * As ORVFastRestoration, with these differences:
  *
- * solverId:          0 stands for 29
+ * solverId:          0 stands for 29, which may break down above 2 solverIterations: lines of
+ *                    bytes 0 then, and more with small tau
  * fidelity:          weight of the pull toward the source, 0 (none) and up; has to be finite
  * flow:              with no keyword found it is "VAR"
  * cflSubsteps:       accepted and ignored: explicit half steps are always split, so the last

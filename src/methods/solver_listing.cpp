@@ -22,7 +22,7 @@ Note noteOf(int id) {
         return {"multiplies instead of solving: wrong pictures, for study only", 0};
     }
     if (id >= kFirstCombined && id <= kLastCombined) {
-        return {"may break down above 10 solver iterations", 10};
+        return {"may break down above 2 solver iterations", 2};
     }
     return {"", 0};
 }

@@ -101,7 +101,7 @@ class Usage(FolderCase):
             "orv: warning: the solver Jacobi multiplies instead of solving: wrong pictures, for study only\n",
         )
         self.assertEqual(warning("--solver", "1", "--quiet"), "")
-        self.assertEqual(warning("--solver", "29", "--solver-iterations", "3"), "")
+        self.assertEqual(warning("--solver", "29", "--solver-iterations", "2"), "")
 
     def test_flags_take_no_value(self):
         self.refused("--substeps: takes no value", "restore", "in.ppm", "out.ppm", "--substeps=3")
