@@ -52,8 +52,8 @@ std::unique_ptr<RealVector> Matrix::JacobiVector(const RealVector& b) const {
 
 std::unique_ptr<RealVector> Matrix::SorSweep(const RealVector& b, float omega,
                                              std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     float* u = x->data();
@@ -68,8 +68,8 @@ void Matrix::ReservedSweep() {}
 
 std::unique_ptr<RealVector> Matrix::GaussSeidelSweep(const RealVector& b,
                                                      std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     float* u = x->data();

@@ -65,8 +65,8 @@ std::unique_ptr<RealVector> Matrix::SolveUpperTo(const RealVector& b, int m,
 
 std::unique_ptr<RealVector> Matrix::SolveUpper(const RealVector& b,
                                                std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substituteBack(*this, n_, b.data(), Diagonal::Divide, Access::Direct, x->data());
@@ -75,8 +75,8 @@ std::unique_ptr<RealVector> Matrix::SolveUpper(const RealVector& b,
 
 std::unique_ptr<RealVector> Matrix::SolveUnitUpper(const RealVector& b,
                                                    std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substituteBack(*this, n_, b.data(), Diagonal::Unit, Access::Direct, x->data());
@@ -85,8 +85,8 @@ std::unique_ptr<RealVector> Matrix::SolveUnitUpper(const RealVector& b,
 
 std::unique_ptr<RealVector> Matrix::SolveLower(const RealVector& b,
                                                std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substituteForward(*this, b.data(), Diagonal::Divide, Access::Direct, x->data());
@@ -95,8 +95,8 @@ std::unique_ptr<RealVector> Matrix::SolveLower(const RealVector& b,
 
 std::unique_ptr<RealVector> Matrix::SolveUnitLower(const RealVector& b,
                                                    std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substituteForward(*this, b.data(), Diagonal::Unit, Access::Direct, x->data());

@@ -18,6 +18,13 @@ inline std::unique_ptr<RealVector> resultVector(std::unique_ptr<RealVector> y, i
     return y->size() < n ? nullptr : std::move(y);
 }
 
+/// The vector that a solve or a sweep of order n writes to, for the right side b.
+/// Fails:   null if b has another size or x holds fewer than n elements.
+inline std::unique_ptr<RealVector> solutionVector(const RealVector& b, int n,
+                                                  std::unique_ptr<RealVector> x) {
+    return b.size() != n ? nullptr : resultVector(std::move(x), n);
+}
+
 /// The vector that a range product of order n adds to: a new one of the size of x, or y, whose
 /// target range is zeroed unless `accumulate` is set.
 /// Fails:   null if n exceeds the size of x.

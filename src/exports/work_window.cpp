@@ -45,6 +45,11 @@ bool reportWork(int done, int total) {
     return !window.cancelled;
 }
 
+bool reportLine(int line, int lines) {
+    constexpr int kLinesPerReport = 16;
+    return line % kLinesPerReport != 0 || reportWork(line, lines);
+}
+
 bool workCancelled() {
     return window.cancelled;
 }

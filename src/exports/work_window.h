@@ -45,6 +45,11 @@ class WorkSlice {
 /// result.
 bool reportWork(int done, int total);
 
+/// Keeps the account of a pass at the head of each of its lines: reports every 16th.
+///
+/// False once the observer has asked to stop.
+bool reportLine(int line, int lines);
+
 /// Whether the observer has asked to stop.
 bool workCancelled();
 

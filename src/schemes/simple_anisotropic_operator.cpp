@@ -42,11 +42,6 @@ std::unique_ptr<FloatImage> cloneInto(std::unique_ptr<FloatImage> spare,
     return spare;
 }
 
-/// Adds two window ends; they wrap where a long loop has pushed them out of the int range.
-int addToWindow(int end, int share) {
-    return static_cast<int>(static_cast<unsigned>(end) + static_cast<unsigned>(share));
-}
-
 }  // namespace
 
 SimpleAnisotropicOperator::SimpleAnisotropicOperator(int iterations, int solverIterations,
@@ -86,9 +81,9 @@ std::unique_ptr<FloatImage> SimpleAnisotropicOperator::runSteps(
         // Onto the running values, so that the window climbs.
         // quirk: progress-time-loop
         window.progressLow =
-            addToWindow(window.progressLow, progressShare(width, i - 1, iterations_));
+            progressSum(window.progressLow, progressShare(width, i - 1, iterations_));
         window.progressHigh =
-            addToWindow(window.progressHigh, progressShare(width, i, iterations_));
+            progressSum(window.progressHigh, progressShare(width, i, iterations_));
         const WorkSlice slice(i - 1, iterations_);
 
         target = step(*work_, std::move(target));

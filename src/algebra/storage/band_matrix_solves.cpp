@@ -53,8 +53,8 @@ class Sweep {
 
 std::unique_ptr<RealVector> BandMatrix::SolveUpper(const RealVector& b,
                                                    std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substitute(BandRows(n_, upperStrands()), diagonal(center_), Diagonal::Divide,
@@ -64,8 +64,8 @@ std::unique_ptr<RealVector> BandMatrix::SolveUpper(const RealVector& b,
 
 std::unique_ptr<RealVector> BandMatrix::SolveUnitUpper(const RealVector& b,
                                                        std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substitute(BandRows(n_, inColumnOrder(upperStrands())), nullptr, Diagonal::Unit,
@@ -75,8 +75,8 @@ std::unique_ptr<RealVector> BandMatrix::SolveUnitUpper(const RealVector& b,
 
 std::unique_ptr<RealVector> BandMatrix::SolveLower(const RealVector& b,
                                                    std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substitute(BandRows(n_, lowerStrands()), diagonal(center_), Diagonal::Divide,
@@ -86,8 +86,8 @@ std::unique_ptr<RealVector> BandMatrix::SolveLower(const RealVector& b,
 
 std::unique_ptr<RealVector> BandMatrix::SolveUnitLower(const RealVector& b,
                                                        std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     substitute(BandRows(n_, inColumnOrder(lowerStrands())), nullptr, Diagonal::Unit,
@@ -118,8 +118,8 @@ std::unique_ptr<Matrix> BandMatrix::JacobiMatrix() const {
 
 std::unique_ptr<RealVector> BandMatrix::SorSweep(const RealVector& b, float omega,
                                                  std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     Sweep sweep(*this);
@@ -133,8 +133,8 @@ std::unique_ptr<RealVector> BandMatrix::SorSweep(const RealVector& b, float omeg
 
 std::unique_ptr<RealVector> BandMatrix::GaussSeidelSweep(const RealVector& b,
                                                          std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     Sweep sweep(*this);

@@ -141,8 +141,8 @@ void BiDiagonalMatrix::PrintTo(std::FILE* file) const {
 
 std::unique_ptr<RealVector> BiDiagonalMatrix::Solve(const RealVector& b,
                                                     std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), n_);
-    if (b.size() != n_ || x == nullptr) {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     const bool lower = side_ == Side::Lower;

@@ -52,8 +52,8 @@ std::unique_ptr<Matrix> FTriDiagonalMatrix::JacobiMatrix() const {
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::SolveUpper(
     const RealVector& b, std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), length_);
-    if (b.size() != length_ || x == nullptr) {
+    x = solutionVector(b, length_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     const Line A(*this, b);
@@ -67,8 +67,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::SolveUpper(
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::SolveUnitUpper(
     const RealVector& b, std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), length_);
-    if (b.size() != length_ || x == nullptr) {
+    x = solutionVector(b, length_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     const Line A(*this, b);
@@ -82,8 +82,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::SolveUnitUpper(
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::SolveLower(
     const RealVector& b, std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), length_);
-    if (b.size() != length_ || x == nullptr) {
+    x = solutionVector(b, length_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     const Line A(*this, b);
@@ -97,8 +97,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::SolveLower(
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::SolveUnitLower(
     const RealVector& b, std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), length_);
-    if (b.size() != length_ || x == nullptr) {
+    x = solutionVector(b, length_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     const Line A(*this, b);
@@ -135,8 +135,8 @@ std::unique_ptr<Matrix> FTriDiagonalMatrix::FactorLU1() const {
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::SorSweep(const RealVector& b, float omega,
                                                          std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), length_);
-    if (b.size() != length_ || x == nullptr) {
+    x = solutionVector(b, length_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     const Line A(*this, b);
@@ -149,8 +149,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::SorSweep(const RealVector& b, fl
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::GaussSeidelSweep(
     const RealVector& b, std::unique_ptr<RealVector> x) const {
-    x = resultVector(std::move(x), length_);
-    if (b.size() != length_ || x == nullptr) {
+    x = solutionVector(b, length_, std::move(x));
+    if (x == nullptr) {
         return nullptr;
     }
     const Line A(*this, b);

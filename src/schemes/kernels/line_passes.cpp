@@ -81,8 +81,7 @@ ConstLines readOnly(Lines lines) {
 LineObserver::~LineObserver() = default;
 
 bool LineObserver::beginLine(int line, int lines) {
-    constexpr int kLinesPerReport = 16;
-    return line % kLinesPerReport != 0 || reportWork(line, lines);
+    return reportLine(line, lines);
 }
 
 float LineFlow::matrixStep(float tau) const {

@@ -38,10 +38,7 @@ std::unique_ptr<FloatImage3> FloatPlanesOperator::apply(const FloatImage3& sourc
     ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
     for (int c = 0; c < 3 && !workCancelled(); ++c) {
-        // The lower end on entry is not added back.
-        // quirk: progress-slice
-        window.progressLow = progressShare(width, c, 3);
-        window.progressHigh = progressShare(width, c + 1, 3);
+        narrowToPlane(window, width, c);
         const WorkSlice slice(c, 3);
 
         wrapped_->setGuide(source.plane(c));
@@ -61,8 +58,7 @@ std::unique_ptr<FloatImage3> FloatPlanesOperator::applyToOwned(
     const long long width = progressWidth(window);
     std::unique_ptr<FloatImage> spare;
     for (int c = 0; c < 3 && !workCancelled(); ++c) {
-        window.progressLow = progressShare(width, c, 3);
-        window.progressHigh = progressShare(width, c + 1, 3);
+        narrowToPlane(window, width, c);
         const WorkSlice slice(c, 3);
 
         wrapped_->setGuide(planes->plane(c));

@@ -17,4 +17,20 @@ inline int progressShare(long long width, long long done, long long total) {
     return static_cast<int>(width * done / total);
 }
 
+/// An end of the window moved by a share; wraps where a long time loop has pushed it to the end
+/// of the int range.
+inline int progressSum(int end, int share) {
+    return static_cast<int>(static_cast<unsigned>(end) + static_cast<unsigned>(share));
+}
+
+/// Narrows the window to the slice of plane c of three, of a window `width` wide on entry.
+///
+/// Quirk:   progress-slice
+inline void narrowToPlane(ProgressWindow& window, long long width, int c) {
+    // The lower end on entry is not added back.
+    // quirk: progress-slice
+    window.progressLow = progressShare(width, c, 3);
+    window.progressHigh = progressShare(width, c + 1, 3);
+}
+
 }  // namespace orv

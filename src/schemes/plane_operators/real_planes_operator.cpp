@@ -23,10 +23,7 @@ std::unique_ptr<RealImage3> RealPlanesOperator::apply(const RealImage3& source,
     ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
     for (int c = 0; c < 3 && !workCancelled(); ++c) {
-        // The lower end on entry is not added back.
-        // quirk: progress-slice
-        window.progressLow = progressShare(width, c, 3);
-        window.progressHigh = progressShare(width, c + 1, 3);
+        narrowToPlane(window, width, c);
         const WorkSlice slice(c, 3);
 
         wrapped_->setGuide(source.plane(c));

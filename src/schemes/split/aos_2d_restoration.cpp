@@ -15,11 +15,6 @@ namespace orv {
 
 namespace {
 
-// Wraps where a long time loop has pushed the window to the end of the int range.
-int progressAt(int start, int share) {
-    return static_cast<int>(static_cast<unsigned>(start) + static_cast<unsigned>(share));
-}
-
 // Tells the host of each line; its scale is fixed by the window at the start of the step.
 class HostReports final : public LineObserver {
   public:
@@ -29,7 +24,7 @@ class HostReports final : public LineObserver {
         if (!LineObserver::beginLine(line, lines)) {
             return false;
         }
-        reportProgress(progressAt(start_, progressShare(width_, line, 2LL * lines)));
+        reportProgress(progressSum(start_, progressShare(width_, line, 2LL * lines)));
         return true;
     }
 
@@ -62,7 +57,7 @@ std::unique_ptr<FloatImage> Aos2DRestoration::step(const FloatImage& source,
     if (!workCancelled()) {
         const ProgressWindow& window = progressWindow();
         reportProgress(
-            progressAt(window.progressLow, progressShare(progressWidth(window), 1, 2)));
+            progressSum(window.progressLow, progressShare(progressWidth(window), 1, 2)));
     }
     solveColumns(t, source, *target);
     return target;
@@ -71,16 +66,14 @@ std::unique_ptr<FloatImage> Aos2DRestoration::step(const FloatImage& source,
 void Aos2DRestoration::solveRows(float t, const FloatImage& source, FloatImage& target) {
     const WorkSlice slice(0, 2);
     const ProgressWindow& window = progressWindow();
-    const long long width = progressWidth(window);
+    HostReports reports(window.progressLow, progressWidth(window));
     LineFlow kernelLines;
     if (linesByKernels(source, /*products=*/false, kernelLines)) {
-        HostReports reports(window.progressLow, width);
         passes_.alongX(kernelLines, {.solveStep = t}, source, target, reports);
         return;
     }
     const int lines = source.height();
-    for (int y = 0; y < lines && beginLine(y, lines); ++y) {
-        reportProgress(progressAt(window.progressLow, progressShare(width, y, 2LL * lines)));
+    for (int y = 0; y < lines && reports.beginLine(y, lines); ++y) {
         rhsX_ = flow_->lineVectorX(source, y, std::move(rhsX_));
         implicitX_ = flow_->implicitMatrixX(t, source, y, std::move(implicitX_));
         solveX(*implicitX_);
@@ -92,16 +85,15 @@ void Aos2DRestoration::solveColumns(float t, const FloatImage& source, FloatImag
     const WorkSlice slice(1, 2);
     const ProgressWindow& window = progressWindow();
     const long long width = progressWidth(window);
-    const int middle = progressAt(window.progressLow, progressShare(width, 1, 2));
+    const int middle = progressSum(window.progressLow, progressShare(width, 1, 2));
+    HostReports reports(middle, width);
     LineFlow kernelLines;
     if (linesByKernels(source, /*products=*/false, kernelLines)) {
-        HostReports reports(middle, width);
         passes_.alongY(kernelLines, {.solveStep = t, .average = true}, source, target, reports);
         return;
     }
     const int lines = source.width();
-    for (int x = 0; x < lines && beginLine(x, lines); ++x) {
-        reportProgress(progressAt(middle, progressShare(width, x, 2LL * lines)));
+    for (int x = 0; x < lines && reports.beginLine(x, lines); ++x) {
         rhsY_ = flow_->lineVectorY(source, x, std::move(rhsY_));
         implicitY_ = flow_->implicitMatrixY(t, source, x, std::move(implicitY_));
         solveY(*implicitY_);

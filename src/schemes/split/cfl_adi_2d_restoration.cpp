@@ -48,7 +48,7 @@ void CflAdi2DRestoration::multiplyLinesX(const Pass& pass, int count) {
         return;
     }
     const int lines = pass.source.height();
-    for (int y = 0; y < lines && beginLine(y, lines); ++y) {
+    for (int y = 0; y < lines && reportLine(y, lines); ++y) {
         rhsX_ = flow_->lineVectorX(pass.from, y, std::move(rhsX_));
         explicitX_ = flow_->explicitMatrixX(pass.tau, pass.source, y, std::move(explicitX_));
         solutionX_ = explicitStage(*explicitX_, count, *rhsX_, std::move(solutionX_));
@@ -66,7 +66,7 @@ void CflAdi2DRestoration::multiplyLinesY(const Pass& pass, int count) {
         return;
     }
     const int lines = pass.source.width();
-    for (int x = 0; x < lines && beginLine(x, lines); ++x) {
+    for (int x = 0; x < lines && reportLine(x, lines); ++x) {
         rhsY_ = flow_->lineVectorY(pass.from, x, std::move(rhsY_));
         explicitY_ = flow_->explicitMatrixY(pass.tau, pass.source, x, std::move(explicitY_));
         solutionY_ = explicitStage(*explicitY_, count, *rhsY_, std::move(solutionY_));

@@ -72,7 +72,7 @@ void Splitted2DRestoration::solveLinesX(const Pass& pass, std::unique_ptr<Matrix
         return;
     }
     const int lines = pass.source.height();
-    for (int y = 0; y < lines && beginLine(y, lines); ++y) {
+    for (int y = 0; y < lines && reportLine(y, lines); ++y) {
         rhsX_ = flow_->lineVectorX(pass.from, y, std::move(rhsX_));
         matrix = flow_->implicitMatrixX(pass.tau, pass.source, y, std::move(matrix));
         solutionX_->CopyFrom(*rhsX_);
@@ -89,7 +89,7 @@ void Splitted2DRestoration::solveLinesY(const Pass& pass, std::unique_ptr<Matrix
         return;
     }
     const int lines = pass.source.width();
-    for (int x = 0; x < lines && beginLine(x, lines); ++x) {
+    for (int x = 0; x < lines && reportLine(x, lines); ++x) {
         rhsY_ = flow_->lineVectorY(pass.from, x, std::move(rhsY_));
         matrix = flow_->implicitMatrixY(pass.tau, pass.source, x, std::move(matrix));
         solutionY_->CopyFrom(*rhsY_);
@@ -156,11 +156,6 @@ void Splitted2DRestoration::runLinesY(const Pass& pass, const LineFlow& lines,
     LineObserver account;
     stage.average = pass.store == Store::Average;
     passes_.alongY(lines, stage, pass.from, pass.to, account);
-}
-
-bool Splitted2DRestoration::beginLine(int line, int lines) {
-    constexpr int kLinesPerReport = 16;
-    return line % kLinesPerReport != 0 || reportWork(line, lines);
 }
 
 }  // namespace orv

@@ -79,9 +79,6 @@ class Splitted2DRestoration : public SimpleAnisotropicOperator {
     /// Writes `solutionY_` to column x.
     void storeY(int x, Store store, FloatImage& to);
 
-    /// Keeps the account of a pass at the head of each line; false once the work is cancelled.
-    static bool beginLine(int line, int lines);
-
     /// The work plane of a step, kept from step to step. The first pass writes all of it, so
     /// the samples of the source are not copied.
     FloatImage& workPlane(const FloatImage& source);
