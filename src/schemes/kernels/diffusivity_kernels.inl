@@ -1,7 +1,7 @@
 // Bodies of the table in diffusivity_kernels.h: plain loops down a column, compiled once per
 // target. The norms repeat the expressions of the GradientNorm classes letter for letter.
 
-#include "schemes/kernels/lane_loop.h"
+#include "base/kernels/lane_loop.h"
 
 namespace orv::ORV_KERNEL_NAMESPACE {
 

@@ -1,12 +1,12 @@
 // Bodies of the table in line_kernels.h: plain loops over lanes, compiled once per target.
 
-#include "schemes/kernels/lane_loop.h"
+#include "base/kernels/lane_loop.h"
 
 namespace orv::ORV_KERNEL_NAMESPACE {
 
 namespace {
 
-#include "schemes/kernels/transpose_tile.inl"
+#include "base/kernels/transpose_tile.inl"
 
 // Rows of a plane lie a column apart, too far for the hardware to fetch ahead.
 constexpr std::size_t kPrefetchRows = 16;

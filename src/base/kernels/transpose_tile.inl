@@ -1,4 +1,4 @@
-// Transposition of 8 x 8 samples, included by line_kernels.inl inside its namespace.
+// Transposition of 8 x 8 samples, included by kernel bodies inside their namespace.
 
 #if defined(__GNUC__)
 
