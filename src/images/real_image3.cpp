@@ -40,6 +40,15 @@ RealImage3::RealImage3(const RealImage3& other)
     }
 }
 
+RealImage3::RealImage3(WithoutPlanes /*key*/, int width, int height)
+    : width_(width > 0 ? width : 0),
+      height_(height > 0 ? height : 0),
+      pi_(4.0 * std::atan(1.0)) {}
+
+std::unique_ptr<RealImage3> RealImage3::withoutPlanes(int width, int height) {
+    return std::make_unique<RealImage3>(WithoutPlanes(), width, height);
+}
+
 std::unique_ptr<RealImage3> RealImage3::clone() const {
     return std::make_unique<RealImage3>(*this);
 }

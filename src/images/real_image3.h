@@ -15,6 +15,12 @@ class DiscreteImage;
 /// Owns:    the planes; a plane that was taken stays null until another is set.
 class RealImage3 {
   public:
+    /// Key of the constructor that makes no planes.
+    class WithoutPlanes {
+        explicit WithoutPlanes() = default;
+        friend class RealImage3;
+    };
+
     /// Three zero planes.
     RealImage3(int width, int height);
     /// From an image: of three channels, plane i is channel i + 1; of one channel, every plane
@@ -24,6 +30,11 @@ class RealImage3 {
     RealImage3(const RealImage3& other);
     RealImage3& operator=(const RealImage3&) = delete;
     ~RealImage3() = default;
+    /// What withoutPlanes() calls.
+    RealImage3(WithoutPlanes key, int width, int height);
+
+    /// A picture whose planes are all null, for code that sets each of them.
+    static std::unique_ptr<RealImage3> withoutPlanes(int width, int height);
 
     /// A new object by the copy constructor.
     std::unique_ptr<RealImage3> clone() const;

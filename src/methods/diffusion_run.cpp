@@ -1,13 +1,10 @@
 #include "methods/diffusion_run.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstddef>
 #include <utility>
 
 #include "base/text_output.h"
-#include "exports/progress_window.h"
 #include "exports/work_window.h"
+#include "methods/plane_run.h"
 #include "operators/diffusion/scheme_table.h"
 #include "solvers/linear_solver_list.h"
 
@@ -19,89 +16,13 @@ constexpr int kThomas = 0;
 /// What the band factors of an unsplit scheme may take, bytes.
 constexpr double kMostFactorBytes = 4.0e9;
 
-/// Hands the engine's account of work on to a progress function, one step after another.
-class StepObserver : public WorkObserver {
-  public:
-    StepObserver(const Progress& progress, int steps) : progress_(progress), steps_(steps) {}
-
-    bool onWork(double done) override {
-        furthest_ = std::max(furthest_, std::min(1.0, (step_ + done) / steps_));
-        return progress_ ? progress_(furthest_) : true;
-    }
-    void nextStep() { ++step_; }
-
-  private:
-    const Progress& progress_;
-    int steps_;
-    int step_ = 0;
-    double furthest_ = 0.0;
-};
-
-/// Keeps a host's callback out of the run and its range as it was.
-class HostProgressPause {
-  public:
-    HostProgressPause() : saved_(progressWindow()) { progressWindow().callback = nullptr; }
-    ~HostProgressPause() { progressWindow() = saved_; }
-    HostProgressPause(const HostProgressPause&) = delete;
-    HostProgressPause& operator=(const HostProgressPause&) = delete;
-
-  private:
-    ProgressWindow saved_;
-};
-
-bool allFinite(const FloatImage& plane) {
-    // The difference of a finite sample with itself is 0, of any other sample NaN.
-    const float* const samples = plane.data();
-    float sum = 0.0f;
-    for (std::size_t i = 0; i < plane.sampleCount(); ++i) {
-        sum += samples[i] - samples[i];
-    }
-    return sum == 0.0f;
-}
-
-bool allFinite(const Planes& planes) {
-    return std::all_of(planes.begin(), planes.end(),
-                       [](const auto& plane) { return allFinite(*plane); });
-}
-
-MethodResult failure(std::string error) {
-    MethodResult result;
-    result.error = std::move(error);
-    return result;
-}
-
-std::string planesRefusal(const Planes& planes) {
-    if (planes.size() != 1 && planes.size() != 3) {
-        return "takes 1 or 3 planes, not " + std::to_string(planes.size());
-    }
-    for (const auto& plane : planes) {
-        if (plane == nullptr || plane->width() < 1 || plane->height() < 1 ||
-            plane->width() != planes[0]->width() || plane->height() != planes[0]->height()) {
-            return "the planes are empty or of unequal size";
-        }
-    }
-    if (!allFinite(planes)) {
-        return "the picture holds samples that aren't finite numbers";
-    }
-    return {};
-}
-
 Planes oneStep(Planes planes, const DiffusionStep& step) {
     if (planes.size() == 1) {
         planes[0] = step.onePlane(*planes[0]);
         return planes;
     }
-    const int width = planes[0]->width();
-    const int height = planes[0]->height();
-    const std::unique_ptr<FloatImage3> colour = FloatImage3::withoutPlanes(width, height);
-    for (int i = 0; i < 3; ++i) {
-        colour->setPlane(i, std::move(planes[static_cast<std::size_t>(i)]));
-    }
-    const auto result = step.threePlanes(*colour);
-    for (int i = 0; i < 3; ++i) {
-        planes[static_cast<std::size_t>(i)] = result ? result->takePlane(i) : nullptr;
-    }
-    return planes;
+    const std::unique_ptr<FloatImage3> colour = floatImage3Of(std::move(planes));
+    return planesOf(step.threePlanes(*colour));
 }
 
 }  // namespace
@@ -143,7 +64,7 @@ std::string diffusionRefusal(const Arguments& arguments, bool substeps, int widt
 MethodResult runDiffusion(Planes planes, const Arguments& arguments, bool substeps,
                           const std::function<DiffusionStep()>& makeStep,
                           const Progress& progress) {
-    std::string refusal = planesRefusal(planes);
+    std::string refusal = planesRefusal(planes, "the picture");
     if (refusal.empty()) {
         refusal =
             diffusionRefusal(arguments, substeps, planes[0]->width(), planes[0]->height());
@@ -166,7 +87,7 @@ MethodResult runDiffusion(Planes planes, const Arguments& arguments, bool subste
                 return stopped;
             }
         }
-        if (planes[0] == nullptr || !allFinite(planes)) {
+        if (planes.empty() || planes[0] == nullptr || !allFinite(planes)) {
             return failure("the solver " + std::string(arguments.choiceName("solver")) +
                            " diverged with these parameters; take Thomas, or a smaller tau");
         }

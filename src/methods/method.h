@@ -44,6 +44,18 @@ struct Method {
     ///          don't go together, a solver that diverged. Nothing is printed.
     /// Owns:    takes the planes, so that their memory can be freed on the way.
     MethodResult (*run)(Planes planes, const Arguments& arguments, const Progress& progress);
+
+    /// What help and messages call the picture.
+    std::string_view picture = "IN";
+    /// What they call a second picture that the method learns from, such as "STYLE"; empty for
+    /// the methods that take one picture. Those with a second one have a null `run`.
+    std::string_view secondPicture = {};
+    /// Runs a method with a second picture.
+    ///
+    /// Shapes:  as `run`; the two pictures may differ in size. The result has the size of the
+    ///          first, and three planes if the method gives colour to a grey one.
+    MethodResult (*runWithSecond)(Planes planes, Planes second, const Arguments& arguments,
+                                  const Progress& progress) = nullptr;
 };
 
 }  // namespace orv
