@@ -1,0 +1,3 @@
+#include "base/kernels/elementary_kernels.h"
+
+#include "base/kernels/elementary_kernels.inl"
