@@ -90,6 +90,24 @@ void storePlanes(const Planes& planes, InterleavedSamples& samples) {
     }
 }
 
+InterleavedSamples coloured(const InterleavedSamples& samples) {
+    InterleavedSamples colour = samples;
+    colour.channels = samples.channels + 2;
+    const std::size_t sampleBytes = bytesOf(samples.depth);
+    const std::size_t from = static_cast<std::size_t>(samples.channels) * sampleBytes;
+    const std::size_t to = static_cast<std::size_t>(colour.channels) * sampleBytes;
+    const std::size_t pixels = samples.bytes.size() / from;
+    colour.bytes.resize(pixels * to);
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const unsigned char* const grey = samples.bytes.data() + i * from;
+        unsigned char* const pixel = colour.bytes.data() + i * to;
+        std::memcpy(pixel, grey, sampleBytes);
+        std::memcpy(pixel + sampleBytes, grey, sampleBytes);
+        std::memcpy(pixel + 2 * sampleBytes, grey, from);
+    }
+    return colour;
+}
+
 InterleavedSamples narrowed(InterleavedSamples samples) {
     if (samples.depth != SampleDepth::Bits16) {
         return samples;

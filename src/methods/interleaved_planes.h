@@ -35,6 +35,11 @@ Planes planesOf(const InterleavedSamples& samples, int colours);
 /// Units:   samples within 0 to 255, rounded to the nearest value of the depth.
 void storePlanes(const Planes& planes, InterleavedSamples& samples);
 
+/// A grey picture as one of three equal colours; its further channels, such as alpha, stay.
+///
+/// Shapes:  at least one channel in, two more out.
+InterleavedSamples coloured(const InterleavedSamples& samples);
+
 /// The same picture in 8 bits a sample, rounded to nearest.
 ///
 /// Shapes:  16 bits in, or 8 bits, which come back as they are.

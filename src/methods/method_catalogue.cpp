@@ -82,6 +82,12 @@ std::string catalogueAsJson() {
         json.beginObject();
         json.member("name", method->name);
         json.member("summary", method->summary);
+        json.beginArray("pictures");
+        json.element(method->picture);
+        if (!method->secondPicture.empty()) {
+            json.element(method->secondPicture);
+        }
+        json.end();
         json.beginArray("parameters");
         for (const Parameter& parameter : method->parameters) {
             writeParameter(json, parameter);

@@ -103,6 +103,22 @@ TEST(InterleavedPlanes, StoresTheNearestValue) {
     EXPECT_EQ(samples.bytes, (std::vector<unsigned char>{0, 1, 255, 255}));
 }
 
+TEST(InterleavedPlanes, ColouredRepeatsTheGreyAndKeepsTheAlpha) {
+    const InterleavedSamples bytes{2, 1, 2, SampleDepth::Bits8, {10, 255, 20, 128}};
+    const InterleavedSamples colour = coloured(bytes);
+    EXPECT_EQ(colour.channels, 4);
+    EXPECT_EQ(colour.bytes, (std::vector<unsigned char>{10, 10, 10, 255, 20, 20, 20, 128}));
+
+    InterleavedSamples words{1, 1, 1, SampleDepth::Bits16, std::vector<unsigned char>(2)};
+    const unsigned short grey = 40000;
+    std::memcpy(words.bytes.data(), &grey, sizeof grey);
+    const InterleavedSamples wide = coloured(words);
+    ASSERT_EQ(wide.bytes.size(), 6U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(std::memcmp(wide.bytes.data() + 2 * i, &grey, sizeof grey), 0);
+    }
+}
+
 TEST(InterleavedPlanes, NarrowingRoundsToNearest) {
     InterleavedSamples samples{3, 1, 1, SampleDepth::Bits16, std::vector<unsigned char>(6)};
     const unsigned short words[3] = {128, 129, 65535};

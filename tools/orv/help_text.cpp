@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "commands/command_line.h"
 #include "image_file.h"
 #include "methods/method_catalogue.h"
 #include "methods/solver_listing.h"
@@ -92,6 +93,16 @@ constexpr std::string_view kExitCodes =
     "  2  the command line is wrong\n"
     "  3  a file can't be read or written\n";
 
+/// "restore IN OUT"
+std::string usageOf(const Method& method) {
+    return std::string(method.name) + " " + fileWords(method.picture, method.secondPicture);
+}
+
+bool takesSolver(const Method& method) {
+    return std::any_of(method.parameters.begin(), method.parameters.end(),
+                       [](const Parameter& parameter) { return parameter.name == "solver"; });
+}
+
 std::string pictureFiles() {
     return "\nPicture files: " + writableExtensions() + "\n";
 }
@@ -100,13 +111,13 @@ std::string pictureFiles() {
 
 std::string generalHelp() {
     std::string text =
-        "orv restores pictures by nonlinear diffusion\n"
+        "orv restores and enhances pictures by numerical methods\n"
         "\n"
         "Usage: orv VERB [arguments]\n"
         "\n"
         "Verbs:\n";
     for (const Method* const method : methodCatalogue()) {
-        text += row(std::string(method->name) + " IN OUT", std::string(method->summary));
+        text += row(usageOf(*method), std::string(method->summary));
     }
     text += row("methods", "list the methods and their parameters, with --json for programs");
     text += row("solvers", "list the linear solvers that --solver takes, also with --json");
@@ -123,7 +134,7 @@ std::string generalHelp() {
 
 std::string methodHelp(const Method& method) {
     std::string text(method.summary);
-    text += "\n\nUsage: orv " + std::string(method.name) + " IN OUT [options]\n\nMethod:\n";
+    text += "\n\nUsage: orv " + usageOf(method) + " [options]\n\nMethod:\n";
     for (const Parameter& parameter : method.parameters) {
         const std::string value = placeholder(parameter);
         text += row("--" + std::string(parameter.name) + (value.empty() ? "" : " " + value),
@@ -140,7 +151,8 @@ std::string methodHelp(const Method& method) {
     if (haveVips()) {
         text += kVipsNotes;
     }
-    text += "\norv methods lists the methods in short, orv solvers the names for --solver.\n\n";
+    text += "\norv methods lists the methods in short";
+    text += takesSolver(method) ? ", orv solvers the names for --solver.\n\n" : ".\n\n";
     text += kExitCodes;
     text += "\nLiterature:\n";
     for (const std::string_view line : method.literature) {

@@ -14,7 +14,7 @@ namespace {
 /// The options of a verb as the user writes them, for "did you mean".
 std::vector<std::string> optionNames(const Syntax& syntax) {
     std::vector<std::string> names{"--help"};
-    if (syntax.files) {
+    if (syntax.files()) {
         names.insert(names.end(), {"--force", "--quiet"});
     }
     if (syntax.json) {
@@ -26,31 +26,42 @@ std::vector<std::string> optionNames(const Syntax& syntax) {
     return names;
 }
 
+/// "a", "a and b", "a, b and c".
+std::string listed(const std::vector<std::string_view>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        text += i == 0 ? "" : i + 1 == words.size() ? " and " : ", ";
+        text += words[i];
+    }
+    return text;
+}
+
 /// The other verbs that have an option, as "denoise" or "methods and solvers"; empty when none.
 std::string verbsWith(const std::string& option) {
     if (option == "--json") {
         return "methods and solvers";
     }
     if (option == "--force" || option == "--quiet" || option == "-f" || option == "-q") {
-        return "restore and denoise";
+        return "the verbs that write a picture";
     }
-    std::string verbs;
+    std::vector<std::string_view> verbs;
     for (const Method* const method : methodCatalogue()) {
         for (const Parameter& parameter : method->parameters) {
             if (option == "--" + std::string(parameter.name)) {
-                verbs += (verbs.empty() ? "" : " and ") + std::string(method->name);
+                verbs.push_back(method->name);
             }
         }
     }
-    return verbs;
+    return listed(verbs);
 }
 
 std::string unexpected(const Syntax& syntax, const std::string& word) {
     const std::string verb(syntax.verb);
     if (word.size() < 2 || word[0] != '-') {
-        return syntax.files ? verb + ": takes one picture at a time: IN OUT ('" + word +
-                                  "' is one word too many)"
-                            : "unexpected argument '" + word + "'";
+        return syntax.files() ? verb + ": takes one picture at a time: " +
+                                    fileWords(syntax.picture, syntax.secondPicture) + " ('" +
+                                    word + "' is one word too many)"
+                              : "unexpected argument '" + word + "'";
     }
     const std::string option = word.substr(0, word.find('='));
     const std::string others = verbsWith(option);
@@ -101,9 +112,21 @@ std::string firstUnwanted(const Syntax& syntax, std::vector<std::string> extras)
     return {};
 }
 
-std::string missingFile(const Syntax& syntax, const char* what) {
+/// What is wrong when a file name is missing; empty when none is.
+std::string missingFile(const Syntax& syntax, const CommandLine& line) {
+    std::string what;
+    if (line.input.empty()) {
+        what = "the picture to read";
+    } else if (!syntax.secondPicture.empty() && line.second.empty()) {
+        what = "the second picture, " + std::string(syntax.secondPicture) + ",";
+    } else if (line.output.empty()) {
+        what = "the file to write";
+    } else {
+        return {};
+    }
     const std::string verb(syntax.verb);
-    return verb + ": " + what + " is missing (usage: orv " + verb + " IN OUT [options])";
+    return verb + ": " + what + " is missing (usage: orv " + verb + " " +
+           fileWords(syntax.picture, syntax.secondPicture) + " [options])";
 }
 
 /// The line for a word that the parser stumbled over, which as a rule is a missing value.
@@ -136,11 +159,14 @@ struct Options {
         app.set_help_flag();
         app.allow_extras();
         app.add_flag("-h,--help", line.help);
-        if (syntax.files) {
+        if (syntax.files()) {
             force = app.add_flag("-f,--force");
             quiet = app.add_flag("-q,--quiet");
-            app.add_option("IN", line.input);
-            app.add_option("OUT", line.output);
+            app.add_option("first", line.input);
+            if (!syntax.secondPicture.empty()) {
+                app.add_option("second", line.second);
+            }
+            app.add_option("out", line.output);
         }
         if (syntax.json) {
             json = app.add_flag("--json");
@@ -174,6 +200,14 @@ bool given(const CLI::Option* option) {
 
 }  // namespace
 
+std::string fileWords(std::string_view picture, std::string_view secondPicture) {
+    std::string words(picture);
+    if (!secondPicture.empty()) {
+        words += " " + std::string(secondPicture);
+    }
+    return words + " OUT";
+}
+
 std::string readCommandLine(const Syntax& syntax, int argc, const char* const* argv,
                             CommandLine& line) {
     CLI::App app;
@@ -197,11 +231,11 @@ std::string readCommandLine(const Syntax& syntax, int argc, const char* const* a
     if (!error.empty()) {
         return error;
     }
-    if (syntax.files && line.input.empty()) {
-        return missingFile(syntax, "the picture to read");
-    }
-    if (syntax.files && line.output.empty()) {
-        return missingFile(syntax, "the file to write");
+    if (syntax.files()) {
+        error = missingFile(syntax, line);
+        if (!error.empty()) {
+            return error;
+        }
     }
     line.force = given(options.force);
     line.quiet = given(options.quiet);

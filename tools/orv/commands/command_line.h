@@ -17,6 +17,7 @@ struct CommandLine {
     bool quiet = false;
     bool json = false;
     std::string input;
+    std::string second;  ///< the second picture of methods that take two
     std::string output;
     /// Parameters that were given, in the order of the method's description, with their texts.
     std::vector<std::pair<std::string_view, std::string>> values;
@@ -25,10 +26,17 @@ struct CommandLine {
 /// What a verb takes.
 struct Syntax {
     std::string_view verb;
-    bool files = false;  ///< IN and OUT, --force, --quiet
-    bool json = false;   ///< --json
+    bool json = false;               ///< --json
+    std::string_view picture;        ///< the word for the picture; empty: no files at all
+    std::string_view secondPicture;  ///< the word for a second picture; empty: there is none
     std::span<const Parameter> parameters;
+
+    /// Whether the verb reads and writes files, and so takes --force and --quiet.
+    bool files() const { return !picture.empty(); }
 };
+
+/// The words for the files, "IN OUT" or "SOURCE STYLE OUT".
+std::string fileWords(std::string_view picture, std::string_view secondPicture);
 
 /// Reads what follows the verb. Values of parameters aren't checked here.
 ///

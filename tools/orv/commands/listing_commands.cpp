@@ -53,7 +53,7 @@ std::string solversText() {
 
 ExitCode methodsCommand(int argc, const char* const* argv) {
     CommandLine line;
-    const Syntax syntax{"methods", /*files=*/false, /*json=*/true, {}};
+    const Syntax syntax{"methods", /*json=*/true, {}, {}, {}};
     const std::string error = readCommandLine(syntax, argc, argv, line);
     if (!error.empty()) {
         return fail(ExitCode::Usage, error);
@@ -64,7 +64,7 @@ ExitCode methodsCommand(int argc, const char* const* argv) {
 
 ExitCode solversCommand(int argc, const char* const* argv) {
     CommandLine line;
-    const Syntax syntax{"solvers", /*files=*/false, /*json=*/true, {}};
+    const Syntax syntax{"solvers", /*json=*/true, {}, {}, {}};
     const std::string error = readCommandLine(syntax, argc, argv, line);
     if (!error.empty()) {
         return fail(ExitCode::Usage, error);

@@ -43,22 +43,42 @@ std::string resultLine(const std::string& path, const Picture& picture, double s
 }
 
 /// Runs the method on the colours of a picture and puts the result in their place.
-MethodResult runOn(Picture& picture, const Method& method, const Arguments& arguments,
-                   const FormatEntry& format, ProgressBar& bar) {
+///
+/// `second` is empty for methods that take one picture.
+MethodResult runOn(Picture& picture, Planes second, const Method& method,
+                   const Arguments& arguments, const FormatEntry& format, ProgressBar& bar) {
     Planes planes = planesOf(picture.samples, picture.colours);
-    bar.start();
-    MethodResult result = method.run(std::move(planes), arguments, [&](double done) {
+    const Progress progress = [&bar](double done) {
         bar.update(done);
         return true;
-    });
+    };
+    bar.start();
+    MethodResult result =
+        method.secondPicture.empty()
+            ? method.run(std::move(planes), arguments, progress)
+            : method.runWithSecond(std::move(planes), std::move(second), arguments, progress);
     if (!result.planes.empty()) {
         if (format.deepest == SampleDepth::Bits8) {
             picture.samples = narrowed(std::move(picture.samples));
+        }
+        if (result.planes.size() == 3 && picture.colours == 1) {
+            picture.samples = coloured(picture.samples);
+            picture.colours = 3;
         }
         storePlanes(result.planes, picture.samples);
         result.planes.clear();
     }
     return result;
+}
+
+/// Reads the picture that a method learns from; alpha and metadata of it aren't needed.
+std::string readSecond(const std::string& path, Planes& planes) {
+    Picture picture;
+    std::string error = readPicture(path, picture);
+    if (error.empty()) {
+        planes = planesOf(picture.samples, picture.colours);
+    }
+    return error;
 }
 
 ExitCode process(const Method& method, const Arguments& arguments, const CommandLine& line) {
@@ -71,6 +91,11 @@ ExitCode process(const Method& method, const Arguments& arguments, const Command
     bar.phase("reading", line.input);
     Picture picture;
     std::string error = readPicture(line.input, picture);
+    Planes second;
+    if (error.empty() && !line.second.empty()) {
+        bar.phase("reading", line.second);
+        error = readSecond(line.second, second);
+    }
     if (error.empty()) {
         error = writeRefusal(line.output, *format, picture);
     }
@@ -87,7 +112,8 @@ ExitCode process(const Method& method, const Arguments& arguments, const Command
         picture.warnings.push_back(line.output + ": " + std::string(format->name) +
                                    " holds 8 bits a sample; the picture's 16 are rounded");
     }
-    const MethodResult result = runOn(picture, method, arguments, *format, bar);
+    const MethodResult result =
+        runOn(picture, std::move(second), method, arguments, *format, bar);
     if (!result.error.empty()) {
         bar.clear();
         return fail(ExitCode::Refused, std::string(method.name) + ": " + result.error);
@@ -118,7 +144,8 @@ ExitCode process(const Method& method, const Arguments& arguments, const Command
 
 ExitCode methodCommand(const Method& method, int argc, const char* const* argv) {
     CommandLine line;
-    const Syntax syntax{method.name, /*files=*/true, /*json=*/false, method.parameters};
+    const Syntax syntax{method.name, /*json=*/false, method.picture, method.secondPicture,
+                        method.parameters};
     std::string error = readCommandLine(syntax, argc, argv, line);
     if (!error.empty()) {
         return fail(ExitCode::Usage, error);
