@@ -1,0 +1,99 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+
+#include "images/real_image.h"
+#include "wavelets/wavelet_transform.h"
+
+namespace orv {
+
+namespace {
+
+using LineTransform = void (*)(const double*, double*, int, int, const WaveletFilter&,
+                               const WaveletFilter&);
+
+/// Runs one level of a line transform in place along x or along y of a plane's corner.
+class LinePasses {
+  public:
+    LinePasses(RealImage& plane, int height, int width, LineTransform transform,
+               const WaveletFilter& low, const WaveletFilter& high)
+        : plane_(plane),
+          transform_(transform),
+          low_(low),
+          high_(high),
+          lineX_(line(width)),
+          resultX_(line(width)),
+          lineY_(line(height)),
+          resultY_(line(height)) {}
+
+    void alongX(int width, int height) const {
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                lineX_[at(x)] = plane_.row(x)[y];
+            }
+            transform_(lineX_.get(), resultX_.get(), width, 1, low_, high_);
+            for (int x = 0; x < width; ++x) {
+                plane_.row(x)[y] = resultX_[at(x)];
+            }
+        }
+    }
+
+    void alongY(int width, int height) const {
+        const std::size_t bytes = at(height) * sizeof(double);
+        for (int x = 0; x < width; ++x) {
+            std::memcpy(lineY_.get(), plane_.row(x), bytes);
+            transform_(lineY_.get(), resultY_.get(), height, 1, low_, high_);
+            std::memcpy(plane_.row(x), resultY_.get(), bytes);
+        }
+    }
+
+  private:
+    static std::size_t at(int i) { return static_cast<std::size_t>(i); }
+    static std::unique_ptr<double[]> line(int length) {
+        return std::make_unique<double[]>(at(std::max(length, 1)));
+    }
+
+    RealImage& plane_;
+    LineTransform transform_;
+    const WaveletFilter& low_;
+    const WaveletFilter& high_;
+    std::unique_ptr<double[]> lineX_;
+    std::unique_ptr<double[]> resultX_;
+    std::unique_ptr<double[]> lineY_;
+    std::unique_ptr<double[]> resultY_;
+};
+
+}  // namespace
+
+void FwtImage(const RealImage& source, RealImage& coefficients, int height, int width,
+              int levels, const WaveletFilter& low, const WaveletFilter& high) {
+    coefficients.assign(source);
+    const LinePasses passes(coefficients, height, width, FwtVector, low, high);
+    for (int pass = 0; pass < levels; ++pass) {
+        passes.alongX(width, height);
+        passes.alongY(width, height);
+        width /= 2;
+        height /= 2;
+    }
+}
+
+void IwtImage(const RealImage& coefficients, RealImage& target, int height, int width,
+              int levels, const WaveletFilter& low, const WaveletFilter& high) {
+    target.assign(coefficients);
+    const int parts = power2(levels - 1);
+    if (parts < 1) {
+        return;
+    }
+    const LinePasses passes(target, height, width, IwtVector, low, high);
+    width /= parts;
+    height /= parts;
+    for (int pass = 0; pass < levels; ++pass) {
+        passes.alongY(width, height);
+        passes.alongX(width, height);
+        width *= 2;
+        height *= 2;
+    }
+}
+
+}  // namespace orv
