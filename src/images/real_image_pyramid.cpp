@@ -20,22 +20,26 @@ int shrink(int size, double ratio, int times) {
 
 RealImagePyramid::RealImagePyramid(const RealImage& source, int levels, double ratio,
                                    bool allocate)
-    : width_(source.width()),
-      height_(source.height()),
+    : RealImagePyramid(source.clone(), levels, ratio, allocate) {}
+
+RealImagePyramid::RealImagePyramid(std::unique_ptr<RealImage> base, int levels, double ratio,
+                                   bool allocate)
+    : width_(base->width()),
+      height_(base->height()),
       ratio_(ratio),
       levels_(std::max(levels, 1)),
       planes_(static_cast<std::size_t>(levels_)) {
-    planes_[0] = source.clone();
+    planes_[0] = std::move(base);
     for (int i = 1; allocate && i < levels_; ++i) {
-        setLevel(i, std::make_unique<RealImage>(levelWidth(i), levelHeight(i)));
+        setLevel(i, std::make_unique<RealImage>(widthAt(i), heightAt(i)));
     }
 }
 
-int RealImagePyramid::levelWidth(int i) const {
+int RealImagePyramid::widthAt(int i) const {
     return shrink(width_, ratio_, i);
 }
 
-int RealImagePyramid::levelHeight(int i) const {
+int RealImagePyramid::heightAt(int i) const {
     return shrink(height_, ratio_, i);
 }
 

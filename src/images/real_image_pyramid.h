@@ -14,10 +14,12 @@ namespace orv {
 class RealImagePyramid {
   public:
     /// Level 0 is a clone of `source`. With `allocate` every further level is a zero plane of
-    /// levelWidth(i) x levelHeight(i), without it null.
+    /// widthAt(i) x heightAt(i), without it null.
     ///
     /// Domain:  levels at least 1; less counts as 1.
     RealImagePyramid(const RealImage& source, int levels, double ratio, bool allocate);
+    /// The same with `base` itself as level 0, for code that made the plane for the pyramid.
+    RealImagePyramid(std::unique_ptr<RealImage> base, int levels, double ratio, bool allocate);
     RealImagePyramid(const RealImagePyramid&) = delete;
     RealImagePyramid& operator=(const RealImagePyramid&) = delete;
     ~RealImagePyramid() = default;
@@ -34,9 +36,9 @@ class RealImagePyramid {
     unsigned char flag() const { return flag_; }
 
     /// Width times ratio, i times, truncated after each: 100 by 0.5 is 50, 25, 12.
-    int levelWidth(int i) const;
+    int widthAt(int i) const;
     /// Height times ratio, i times, truncated after each.
-    int levelHeight(int i) const;
+    int heightAt(int i) const;
 
     /// Level i; may be null.
     RealImage* level(int i) { return planes_[static_cast<std::size_t>(i)].get(); }
