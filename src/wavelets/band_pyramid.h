@@ -5,20 +5,12 @@
 #include <memory>
 #include <vector>
 
+#include "wavelets/band_range.h"
 #include "wavelets/wavelet_filter.h"
 
 namespace orv {
 
 class RealImage;
-
-/// Positions begin to end - 1 of a periodic line; begin below 0 counts from the line's end.
-struct BandRange {
-    int begin;
-    int end;
-
-    /// Count of positions.
-    int size() const { return end - begin; }
-};
 
 /// The coefficients of FwtImage with each band a plane of its own, for a picture that stands in
 /// the low corner of a periodic plane of zeros.
@@ -61,9 +53,9 @@ class BandPyramid {
     /// y, 2 high along both.
     RealImage& band(int level, int detail);
     const RealImage& band(int level, int detail) const;
-    /// Positions of the kept part in the whole band, along x and along y.
-    BandRange xRange(int level, int detail) const;
-    BandRange yRange(int level, int detail) const;
+    /// Positions that the kept parts of a level take in their whole bands.
+    BandRange xRange(int level) const { return levelAt(level).x; }
+    BandRange yRange(int level) const { return levelAt(level).y; }
     /// The kept part of what is low along both at the last level.
     RealImage& approximation() { return *approximation_; }
 
@@ -72,8 +64,8 @@ class BandPyramid {
 
   private:
     struct Level {
-        BandRange xRanges[2];  // low, high
-        BandRange yRanges[2];
+        BandRange x;
+        BandRange y;
         std::array<std::unique_ptr<RealImage>, 3> bands;
     };
 
