@@ -173,6 +173,26 @@ void DiscreteImage::print() const {
     printText(kDescription, width_, height_, channels_);
 }
 
+void DiscreteImage::restoreFullColor(int /*method*/, int /*iterations*/, double /*coeff*/) {}
+
+void DiscreteImage::restoreSeparateColor(int /*space*/, int /*kind*/, int method,
+                                         int iterations, double coeff, double /*spare*/) {
+    restoreFullColor(method, iterations, coeff);
+}
+
+void DiscreteImage::restoreSeparateColorDefault(int space, int method, int iterations,
+                                                double coeff) {
+    restoreSeparateColor(space, /*kind=*/1, method, iterations, coeff, /*spare=*/0.5);
+}
+
+void DiscreteImage::restoreColorA(int method, int iterations, double coeff) {
+    restoreFullColor(method, iterations, coeff);
+}
+
+void DiscreteImage::restoreColorB(int method, int iterations, double coeff) {
+    restoreFullColor(method, iterations, coeff);
+}
+
 const unsigned char* DiscreteImage::packedRgb() const {
     return nullptr;
 }

@@ -187,6 +187,20 @@ class DiscreteImage {
     /// The same on the engine's standard output, without a flush.
     virtual void print() const;
 
+    /// Restores the picture by a curvature flow; the base does nothing.
+    virtual void restoreFullColor(int method, int iterations, double coeff);
+    /// The same with a choice of colour space and of coupling; the base calls restoreFullColor
+    /// and drops `space`, `kind` and `spare`.
+    virtual void restoreSeparateColor(int space, int kind, int method, int iterations,
+                                      double coeff, double spare);
+    /// restoreSeparateColor channel by channel: kind 1 and spare 0.5.
+    virtual void restoreSeparateColorDefault(int space, int method, int iterations,
+                                             double coeff);
+    /// restoreFullColor.
+    virtual void restoreColorA(int method, int iterations, double coeff);
+    /// restoreFullColor.
+    virtual void restoreColorB(int method, int iterations, double coeff);
+
     // What follows has no place in the documented order and stays at the end.
 
     /// The pixels as packed bytes r, g, b without row padding, or null where a class keeps them

@@ -88,6 +88,38 @@ class RgbDiscreteImage final : public DiscreteImage {
     void printTo(std::FILE* file) const override;
     void print() const override;
 
+    /// Runs a curvature flow on the three channels and writes them back, truncated toward zero.
+    ///
+    /// | method | flow |
+    /// |---|---|
+    /// | 0 | full colour Beltrami, the channels coupled |
+    /// | 1, 2 | mean curvature, plain and geodesic |
+    /// | 3 and any other, 4 | Beltrami, plain and geodesic |
+    /// | 5, 6 | Perona/Malik, plain and geodesic |
+    ///
+    /// The geodesic term has the weight 0.2 coeff. Text on the standard output tells the flow
+    /// and its iterations; it is the whole of the reporting.
+    ///
+    /// Cost:    three planes of doubles.
+    /// Quirk:   curvature-first-iteration
+    void restoreFullColor(int method, int iterations, double coeff) override;
+    /// The same by `kind`: 1 runs `method` channel by channel, where 0 counts as any other
+    /// number; 2 runs the full colour Beltrami whatever `method` says; else no flow runs.
+    ///
+    /// | space | what the planes are |
+    /// |---|---|
+    /// | 0 | square roots of the channels, squared and limited to 255 at the end |
+    /// | 1 | the channels |
+    /// | 2 | the channels; the result is read as lightness, hue and saturation |
+    /// | 3 | the channels; the result is read as luma and two chroma planes |
+    /// | other | the channels; nothing is written back |
+    ///
+    /// `spare` is not read.
+    ///
+    /// Quirk:   curvature-colour-spaces
+    void restoreSeparateColor(int space, int kind, int method, int iterations, double coeff,
+                              double spare) override;
+
     const unsigned char* packedRgb() const override;
 
   private:

@@ -14,7 +14,7 @@ namespace orv::test {
 /// An image with nothing but the operations that a class has to supply, of any channel count:
 /// all else comes from the base. Samples are whole ints, so that a write shows what it was
 /// given.
-class PlainImage final : public DiscreteImage {
+class PlainImage : public DiscreteImage {
   public:
     PlainImage(int width, int height, int channels, int depthClass = 1)
         : DiscreteImage(width, height, channels, channels, depthClass),
