@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+
+#include "base/kernel_target.h"
+
+namespace orv {
+
+/// Coefficients of out(i) = gain in(i) + near out(i - 1) + middle out(i - 2) + far out(i - 3).
+template <class Sample>
+struct RecursionCoefficients {
+    Sample gain;
+    Sample near;
+    Sample middle;
+    Sample far;
+};
+
+/// The three columns before the one that is computed, the nearest first.
+template <class Sample>
+struct RecursionHistory {
+    const Sample* near;
+    const Sample* middle;
+    const Sample* far;
+};
+
+/// Up to `lanes` neighbouring columns of a plane, `stride` samples apart.
+template <class Sample>
+struct ColumnBlock {
+    Sample* data;
+    std::size_t stride;
+    int columns;
+    int length;  ///< samples of a column, at least 3
+};
+
+/// Hot loops of the recursive blur: one line a SIMD lane, each sample with the roundings and in
+/// the order of the formula from left to right, so that every target gives the same bits.
+template <class Sample>
+struct RecursionKernels {
+    /// One step of the recursion along x for all rows.
+    ///
+    /// Shapes:  `in`, `out` and the history n samples each; `out` may be `in`.
+    void (*step)(const RecursionCoefficients<Sample>& coefficients, const Sample* in,
+                 const RecursionHistory<Sample>& history, std::size_t n, Sample* out);
+
+    /// The recursion down and up each column in place, with reflected ends.
+    ///
+    /// Shapes:  `strip` (length + 3) * lanes samples; lanes 16, 32, 64 or 128.
+    void (*blurColumns)(const RecursionCoefficients<Sample>& coefficients,
+                        const ColumnBlock<Sample>& block, Sample* strip, int lanes);
+};
+
+/// The loops for planes of floats and of doubles.
+struct RecursiveBlurKernels {
+    RecursionKernels<float> floats;
+    RecursionKernels<double> doubles;
+};
+
+/// The table of the best target of this machine and of ORV_MAX_TARGET.
+const RecursiveBlurKernels& recursiveBlurKernels();
+/// The table of one target; null when the build has no code for it.
+const RecursiveBlurKernels* recursiveBlurKernels(KernelTarget target);
+
+}  // namespace orv

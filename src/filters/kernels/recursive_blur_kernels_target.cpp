@@ -1,0 +1,3 @@
+#include "filters/kernels/recursive_blur_kernels.h"
+
+#include "filters/kernels/recursive_blur_kernels.inl"

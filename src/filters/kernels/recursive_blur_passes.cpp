@@ -1,0 +1,145 @@
+#include "filters/kernels/recursive_blur_passes.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/aligned_block.h"
+#include "exports/work_window.h"
+
+namespace orv {
+
+namespace {
+
+// A block of columns and its strip should stay in the second-level cache.
+constexpr std::size_t kCacheBytes = std::size_t{5} << 18;
+
+constexpr int kLeastLanes = 16;
+
+int lanesFor(int width, int height, std::size_t sampleBytes) {
+    const std::size_t bytesPerLane = 2 * static_cast<std::size_t>(height) * sampleBytes;
+    for (const int lanes : {128, 64, 32}) {
+        if (width >= lanes && bytesPerLane * static_cast<std::size_t>(lanes) <= kCacheBytes) {
+            return lanes;
+        }
+    }
+    return kLeastLanes;
+}
+
+/// Copies of three columns, a second set for those that replace them.
+template <class Sample>
+class SavedColumns {
+  public:
+    explicit SavedColumns(int length)
+        : length_(length),
+          stride_((static_cast<std::size_t>(length) + 15) / 16 * 16),
+          block_(6 * stride_ * sizeof(Sample), /*alignment=*/64) {}
+
+    RecursionHistory<Sample> save(const Sample* near, const Sample* middle, const Sample* far) {
+        const Sample* const columns[] = {near, middle, far};
+        Sample* const copies =
+            static_cast<Sample*>(block_.data()) + (second_ ? 3 * stride_ : 0);
+        for (std::size_t i = 0; i < 3; ++i) {
+            std::copy_n(columns[i], length_, copies + i * stride_);
+        }
+        second_ = !second_;
+        return {copies, copies + stride_, copies + 2 * stride_};
+    }
+
+  private:
+    int length_;
+    std::size_t stride_;
+    AlignedBlock block_;
+    bool second_ = false;
+};
+
+template <class Image, class Sample>
+class Blur {
+  public:
+    Blur(const RecursionCoefficients<Sample>& coefficients, const Image& source, Image& target)
+        : coefficients_(coefficients),
+          source_(source),
+          target_(target),
+          width_(source.width()),
+          height_(source.height()),
+          rows_(static_cast<std::size_t>(height_)),
+          lanes_(lanesFor(width_, height_, sizeof(Sample))),
+          saved_(height_),
+          strip_((rows_ + 3) * static_cast<std::size_t>(lanes_) * sizeof(Sample),
+                 /*alignment=*/64) {}
+
+    void run() {
+        if (forwardAlongX()) {
+            backwardBlocks();
+        }
+    }
+
+  private:
+    void step(const Sample* in, RecursionHistory<Sample>& history, Sample* out) {
+        kernels_.step(coefficients_, in, history, rows_, out);
+        history = {out, history.near, history.middle};
+    }
+
+    bool forwardAlongX() {
+        // The target may be the source: its first columns are kept.
+        RecursionHistory<Sample> history =
+            saved_.save(source_.row(0), source_.row(1), source_.row(2));
+        for (int x = 0; x < width_; ++x) {
+            if (!reportLine(x, 2 * width_)) {
+                return false;
+            }
+            step(source_.row(x), history, target_.row(x));
+        }
+        return true;
+    }
+
+    void backwardBlocks() {
+        RecursionHistory<Sample> history = saved_.save(
+            target_.row(width_ - 1), target_.row(width_ - 2), target_.row(width_ - 3));
+        for (int end = width_; end > 0;) {
+            const int columns = std::min(lanes_, end);
+            const int first = end - columns;
+            for (int x = end - 1; x >= first; --x) {
+                if (!reportLine(2 * width_ - 1 - x, 2 * width_)) {
+                    return;
+                }
+                step(target_.row(x), history, target_.row(x));
+            }
+            history = saved_.save(history.near, history.middle, history.far);
+            kernels_.blurColumns(coefficients_, {target_.row(first), rows_, columns, height_},
+                                 static_cast<Sample*>(strip_.data()), lanes_);
+            end = first;
+        }
+    }
+
+    static const RecursionKernels<float>& kernelsOf(float) {
+        return recursiveBlurKernels().floats;
+    }
+    static const RecursionKernels<double>& kernelsOf(double) {
+        return recursiveBlurKernels().doubles;
+    }
+
+    const RecursionKernels<Sample>& kernels_ = kernelsOf(Sample());
+    RecursionCoefficients<Sample> coefficients_;
+    const Image& source_;
+    Image& target_;
+    int width_;
+    int height_;
+    std::size_t rows_;
+    int lanes_;
+    SavedColumns<Sample> saved_;
+    AlignedBlock strip_;
+};
+
+}  // namespace
+
+void blurPlane(const RecursionCoefficients<float>& coefficients, const FloatImage& source,
+               FloatImage& target) {
+    Blur<FloatImage, float>(coefficients, source, target).run();
+}
+
+void blurPlane(const RecursionCoefficients<double>& coefficients, const RealImage& source,
+               RealImage& target) {
+    Blur<RealImage, double>(coefficients, source, target).run();
+}
+
+}  // namespace orv
