@@ -1,0 +1,3 @@
+#include "operators/kernels/susan_kernels.h"
+
+#include "operators/kernels/susan_kernels.inl"
