@@ -5,12 +5,14 @@
 #include "methods/denoise_method.h"
 #include "methods/json_text.h"
 #include "methods/restore_method.h"
+#include "methods/retinex_method.h"
 
 namespace orv {
 
 namespace {
 
-constinit const std::array<const Method*, 2> kMethods{&kRestoreMethod, &kDenoiseMethod};
+constinit const std::array<const Method*, 3> kMethods{&kRestoreMethod, &kDenoiseMethod,
+                                                      &kRetinexMethod};
 
 std::string_view kindName(ParameterKind kind) {
     switch (kind) {

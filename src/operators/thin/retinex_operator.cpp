@@ -55,8 +55,7 @@ std::unique_ptr<DiscreteImage> RetinexOperator::runGreyMasked(
 
 std::unique_ptr<RealImage3> RetinexOperator::runPlanes(const RealImage3& planes,
                                                        std::unique_ptr<RealImage3> target) {
-    if (levels_ < 1 ||
-        levels_ > VariationalRetinex::mostLevels(planes.width(), planes.height())) {
+    if (levels_ < 1 || levels_ > mostLevels(planes.width(), planes.height())) {
         return nullptr;
     }
     if (target == nullptr) {
@@ -108,8 +107,11 @@ std::unique_ptr<RealImage> RetinexOperator::runPlane(const RealImage& plane) {
 }
 
 bool RetinexOperator::accepts(int width, int height) const {
-    return gamma_ != 0.0 && levels_ >= 1 &&
-           levels_ <= VariationalRetinex::mostLevels(width, height);
+    return gamma_ != 0.0 && levels_ >= 1 && levels_ <= mostLevels(width, height);
+}
+
+int RetinexOperator::mostLevels(int width, int height) {
+    return VariationalRetinex::mostLevels(width, height);
 }
 
 }  // namespace orv

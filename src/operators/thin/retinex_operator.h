@@ -59,8 +59,10 @@ class RetinexOperator : public RealPlaneImageOperator {
     std::unique_ptr<RealImage> runPlane(const RealImage& plane);
 
     /// Whether a picture of this size can be run: `levels` from 1 to
-    /// `VariationalRetinex::mostLevels` and a `gamma` other than 0.
+    /// `mostLevels` and a `gamma` other than 0.
     bool accepts(int width, int height) const;
+    /// The most levels that a picture of this size allows; 0 for an empty one.
+    static int mostLevels(int width, int height);
 
   private:
     double gamma_;

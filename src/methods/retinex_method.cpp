@@ -1,0 +1,73 @@
+#include "methods/retinex_method.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "methods/plane_run.h"
+#include "operators/thin/retinex_operator.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::array<Parameter, 4> kParameters{
+    real("gamma", "exponent", 2.0, 0.1, 100.0,
+         "how much of the illumination is taken away: 1 nothing, 2 its root, 100 nearly all"),
+    real("alpha", "weight", 0.0001, 0.0, 10.0,
+         "lifts the illumination off the picture; from about 0.01 on dark places stay dark"),
+    real("beta", "weight", 0.1, 0.0, 10.0,
+         "lets the illumination follow the edges; from about 0.5 on they get halos"),
+    integer("levels", "levels", 0, 0, 20,
+            "sizes of the picture, each half of the one before, over which the illumination is "
+            "sought; 1 has no effect but on the whole, 0 takes two less than fit"),
+};
+
+constexpr std::array<std::string_view, 2> kLiterature{
+    "Kimmel, Elad, Shaked, Keshet, Sobel: A variational framework for Retinex, 2003",
+    "Land, McCann: Lightness and Retinex theory, 1971",
+};
+
+int mostLevels(const FloatImage& plane) {
+    return RetinexOperator::mostLevels(plane.width(), plane.height());
+}
+
+/// The number of levels to run. By themselves they end where the shorter side is 4 to 7 samples:
+/// with fewer the light has too few passes to settle, with more it washes the colours out.
+int levelsFor(int wanted, const FloatImage& plane) {
+    return wanted > 0 ? wanted : std::max(mostLevels(plane) - 2, 1);
+}
+
+std::string levelsRefusal(int levels, const FloatImage& plane) {
+    const int most = mostLevels(plane);
+    if (levels <= most) {
+        return {};
+    }
+    const std::string size =
+        std::to_string(plane.width()) + " x " + std::to_string(plane.height());
+    const std::string range = most == 1 ? "1 alone" : "1 to " + std::to_string(most);
+    return "--levels: " + std::to_string(levels) + " is too many for " + size +
+           " pixels, which allow " + range;
+}
+
+MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
+    std::string refusal = planesRefusal(planes, "the picture");
+    if (refusal.empty()) {
+        refusal = levelsRefusal(arguments.integer("levels"), *planes[0]);
+    }
+    if (!refusal.empty()) {
+        return failure(std::move(refusal));
+    }
+    RetinexOperator op(arguments.real("gamma"), arguments.real("alpha"), arguments.real("beta"),
+                       levelsFor(arguments.integer("levels"), *planes[0]));
+    return runRealOperator(std::move(planes), progress, op);
+}
+
+}  // namespace
+
+constinit const Method kRetinexMethod{
+    "retinex", "Brighten what lies in the dark by dividing the light out of a picture",
+    kParameters, kLiterature, run};
+
+}  // namespace orv
