@@ -1,0 +1,111 @@
+#include "wavelets/wavelet_filter_banks.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "support/wavelet_support.h"
+
+namespace orv {
+namespace {
+
+using test::WaveletBanks;
+
+struct Shape {
+    int length;
+    int offset;
+};
+
+void expectShapes(const WaveletFilter* bank, const Shape (&shapes)[kWaveletCount]) {
+    for (int i = 0; i < kWaveletCount; ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(bank[i].length, shapes[i].length);
+        EXPECT_EQ(bank[i].offset, shapes[i].offset);
+    }
+}
+
+double sumOfTaps(const WaveletFilter& filter, bool alternating) {
+    double sum = 0.0;
+    for (int k = 0; k < filter.length; ++k) {
+        sum += alternating && (k - filter.offset) % 2 != 0 ? -filter.taps[k] : filter.taps[k];
+    }
+    return sum;
+}
+
+TEST(WaveletFilterBanks, LengthsAndOffsetsAreThoseOfTheSixWavelets) {
+    const WaveletBanks banks;
+
+    expectShapes(banks.analysisLow, {{6, 0}, {2, 1}, {5, 1}, {9, 3}, {13, 5}, {9, 3}});
+    expectShapes(banks.analysisHigh, {{6, 4}, {2, 1}, {3, 1}, {7, 3}, {11, 5}, {3, 1}});
+    expectShapes(banks.synthesisLow, {{6, 5}, {2, 0}, {3, 2}, {7, 4}, {11, 6}, {3, 2}});
+    expectShapes(banks.synthesisHigh, {{6, 1}, {2, 0}, {5, 2}, {9, 4}, {13, 6}, {9, 4}});
+}
+
+TEST(WaveletFilterBanks, TapsKeepThePublishedDigits) {
+    const WaveletBanks banks;
+
+    EXPECT_EQ(banks.analysisLow[0].taps[1], 0.806891509311);
+    EXPECT_EQ(banks.analysisHigh[1].taps[1], -0.707106781);
+    EXPECT_EQ(banks.synthesisHigh[1].taps[0], -0.707106781);
+    EXPECT_EQ(banks.analysisLow[2].taps[2], 1.060660172);
+    EXPECT_EQ(banks.synthesisLow[2].taps[1], 0.70710678);
+    EXPECT_EQ(banks.analysisLow[3].taps[4], 0.852699);
+    EXPECT_EQ(banks.synthesisLow[3].taps[0], -0.064539);
+    EXPECT_EQ(banks.analysisLow[4].taps[12], -0.008473);
+    EXPECT_EQ(banks.synthesisHigh[4].taps[5], -0.383269);
+    EXPECT_EQ(banks.analysisLow[5].taps[4], 0.994369);
+    EXPECT_EQ(banks.analysisHigh[5].taps[0], -0.353553);
+}
+
+TEST(WaveletFilterBanks, LowFiltersPassAConstantAndHighFiltersStopIt) {
+    const WaveletBanks banks;
+    for (int i = 0; i < kWaveletCount; ++i) {
+        SCOPED_TRACE(i);
+        // Within the rounding of the published taps.
+        EXPECT_NEAR(sumOfTaps(banks.analysisLow[i], false), std::sqrt(2.0), 1e-5);
+        EXPECT_NEAR(sumOfTaps(banks.synthesisLow[i], false), std::sqrt(2.0), 1e-5);
+        EXPECT_NEAR(sumOfTaps(banks.analysisHigh[i], false), 0.0, 1e-5);
+        EXPECT_NEAR(sumOfTaps(banks.synthesisHigh[i], false), 0.0, 1e-5);
+    }
+}
+
+TEST(WaveletFilterBanks, SynthesisTapsAreTheAnalysisTapsOfTheOtherBandWithTurnedSigns) {
+    const WaveletBanks banks;
+    for (int i = 2; i < kWaveletCount; ++i) {
+        const WaveletFilter& analysis = banks.analysisHigh[i];
+        const WaveletFilter& synthesis = banks.synthesisLow[i];
+        for (int k = 0; k < analysis.length; ++k) {
+            EXPECT_EQ(std::abs(analysis.taps[k]), std::abs(synthesis.taps[k]));
+            EXPECT_EQ(analysis.taps[k], analysis.taps[analysis.length - 1 - k]);
+        }
+        const WaveletFilter& low = banks.analysisLow[i];
+        for (int k = 0; k < low.length; ++k) {
+            EXPECT_EQ(std::abs(low.taps[k]), std::abs(banks.synthesisHigh[i].taps[k]));
+            EXPECT_EQ(low.taps[k], low.taps[low.length - 1 - k]);
+        }
+    }
+}
+
+TEST(WaveletFilterBanks, TapsBeyondTheLengthStayAsTheyWere) {
+    WaveletFilter banks[4][kWaveletCount];
+    for (auto& bank : banks) {
+        for (WaveletFilter& filter : bank) {
+            for (double& tap : filter.taps) {
+                tap = 77.0;
+            }
+        }
+    }
+
+    InitWaveletFilters(banks[0], banks[1], banks[2], banks[3]);
+
+    for (const auto& bank : banks) {
+        for (const WaveletFilter& filter : bank) {
+            for (int k = 0; k < 25; ++k) {
+                EXPECT_EQ(filter.taps[k] == 77.0, k >= filter.length);
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace orv
