@@ -19,4 +19,8 @@ void seedRuntimeRandom(unsigned seed) {
     state = seed;
 }
 
+unsigned runtimeRandomState() {
+    return state;
+}
+
 }  // namespace orv

@@ -14,4 +14,7 @@ int runtimeRandom();
 /// Sets this thread's state: a client's way to make results repeat.
 void seedRuntimeRandom(unsigned seed);
 
+/// This thread's state, to be set again after a run that starts from a seed of its own.
+unsigned runtimeRandomState();
+
 }  // namespace orv

@@ -2,8 +2,11 @@
 
 #include <array>
 
+#include "methods/blur_method.h"
+#include "methods/colorize_method.h"
 #include "methods/denoise_method.h"
 #include "methods/json_text.h"
+#include "methods/recolor_method.h"
 #include "methods/restore_method.h"
 #include "methods/retinex_method.h"
 
@@ -11,8 +14,9 @@ namespace orv {
 
 namespace {
 
-constinit const std::array<const Method*, 3> kMethods{&kRestoreMethod, &kDenoiseMethod,
-                                                      &kRetinexMethod};
+constinit const std::array<const Method*, 6> kMethods{&kRestoreMethod,  &kDenoiseMethod,
+                                                      &kRetinexMethod,  &kRecolorMethod,
+                                                      &kColorizeMethod, &kBlurMethod};
 
 std::string_view kindName(ParameterKind kind) {
     switch (kind) {

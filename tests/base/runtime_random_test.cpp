@@ -15,6 +15,17 @@ TEST(RuntimeRandom, StartsWithTheKnownSequence) {
     EXPECT_EQ(runtimeRandom(), 6334);
 }
 
+TEST(RuntimeRandom, GoesOnFromAStateThatWasKept) {
+    seedRuntimeRandom(77);
+    runtimeRandom();
+    const unsigned kept = runtimeRandomState();
+    const int next = runtimeRandom();
+
+    seedRuntimeRandom(kept);
+
+    EXPECT_EQ(runtimeRandom(), next);
+}
+
 TEST(RuntimeRandom, StaysWithinFifteenBits) {
     for (int i = 0; i < 10000; ++i) {
         const int value = runtimeRandom();
