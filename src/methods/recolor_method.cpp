@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/rounding.h"
 #include "methods/colour_planes.h"
 #include "methods/plane_run.h"
 #include "operators/colour/simple_color_transfer_operator.h"
@@ -13,11 +14,35 @@ namespace orv {
 
 namespace {
 
+constexpr std::array<Parameter, 1> kParameters{
+    real("strength", "share", 1.0, 0.0, 1.0,
+         "how far the colours move: 1 takes over those of STYLE, 0 keeps those of SOURCE"),
+};
+
 constexpr std::array<std::string_view, 1> kLiterature{
     "Reinhard, Ashikhmin, Gooch, Shirley: Color transfer between images, 2001",
 };
 
-Planes recoloured(Planes planes, Planes style) {
+/// Mixes the source into the result, sample by sample.
+void weaken(Planes& result, const Planes& source, float strength) {
+    for (std::size_t c = 0; c < result.size(); ++c) {
+        const float* const from = source[c % source.size()]->data();
+        float* const to = result[c]->data();
+        for (std::size_t i = 0; i < result[c]->sampleCount(); ++i) {
+            to[i] = from[i] + strength * (to[i] - from[i]);
+        }
+    }
+}
+
+Planes copyOf(const Planes& planes) {
+    Planes copy;
+    for (const auto& plane : planes) {
+        copy.push_back(plane->clone());
+    }
+    return copy;
+}
+
+Planes recoloured(Planes planes, Planes style, float strength) {
     SimpleColorTransferOperator op(std::make_unique<ColorSpaceChain>());
     const bool grey = planes.size() == 1 && style.size() == 1;
     {
@@ -28,6 +53,7 @@ Planes recoloured(Planes planes, Planes style) {
         return {};
     }
     const WorkSlice running(1, 2);
+    const Planes kept = strength < 1.0f ? copyOf(planes) : Planes();
     auto source = colourPlanes(std::move(planes), 0.0f);
     Planes result = planesOf(op.runPlanes(*source, nullptr));
     if (grey) {
@@ -35,17 +61,21 @@ Planes recoloured(Planes planes, Planes style) {
         // moves red least.
         result.resize(1);
     }
+    if (!kept.empty()) {
+        weaken(result, kept, strength);
+    }
     return result;
 }
 
-MethodResult run(Planes planes, Planes style, const Arguments& /*arguments*/,
+MethodResult run(Planes planes, Planes style, const Arguments& arguments,
                  const Progress& progress) {
     std::string refusal = planesRefusal(style, "STYLE");
     if (!refusal.empty()) {
         return failure(std::move(refusal));
     }
+    const float strength = toFloat(arguments.real("strength"));
     return runPlaneWork(std::move(planes), progress, [&](Planes source) {
-        return recoloured(std::move(source), std::move(style));
+        return recoloured(std::move(source), std::move(style), strength);
     });
 }
 

@@ -39,9 +39,12 @@ std::unique_ptr<RgbDiscreteImage> imageOf(const Planes& planes) {
     return image;
 }
 
-MethodResult run(Planes source, Planes style, const Progress& progress = nullptr) {
-    return kRecolorMethod.runWithSecond(std::move(source), std::move(style),
-                                        Arguments(kRecolorMethod.parameters), progress);
+MethodResult run(Planes source, Planes style, const Progress& progress = nullptr,
+                 const char* strength = "1") {
+    Arguments arguments(kRecolorMethod.parameters);
+    EXPECT_EQ(arguments.set("strength", strength), "");
+    return kRecolorMethod.runWithSecond(std::move(source), std::move(style), arguments,
+                                        progress);
 }
 
 void expectOperatorsBits(const Planes& source, const Planes& style, const Planes& result) {
@@ -91,6 +94,28 @@ TEST(RecolorMethod, KeepsWhatLiesBetweenWholeGreyLevels) {
     const MethodResult fine = run(std::move(finer), bytePlanes(14, 40, 3, 9));
 
     EXPECT_GT(fine.planes[0]->row(4)[4], coarse.planes[0]->row(4)[4]);
+}
+
+TEST(RecolorMethod, GoesAsFarAsItsStrength) {
+    for (const int planes : {1, 3}) {
+        const Planes source = bytePlanes(9, 8, planes, 1);
+        const MethodResult whole = run(bytePlanes(9, 8, planes, 1), bytePlanes(14, 40, 3, 9));
+
+        const MethodResult none =
+            run(bytePlanes(9, 8, planes, 1), bytePlanes(14, 40, 3, 9), nullptr, "0");
+        const MethodResult half =
+            run(bytePlanes(9, 8, planes, 1), bytePlanes(14, 40, 3, 9), nullptr, "0.5");
+
+        for (std::size_t c = 0; c < 3; ++c) {
+            const FloatImage& from = *source[c % source.size()];
+            EXPECT_TRUE(sameBits(*none.planes[c], from));
+            for (std::size_t i = 0; i < from.sampleCount(); ++i) {
+                EXPECT_EQ(
+                    half.planes[c]->data()[i],
+                    from.data()[i] + 0.5f * (whole.planes[c]->data()[i] - from.data()[i]));
+            }
+        }
+    }
 }
 
 TEST(RecolorMethod, CountsSamplesBelowBlackAsBlack) {
