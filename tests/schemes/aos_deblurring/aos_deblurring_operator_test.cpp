@@ -1,0 +1,349 @@
+#include "schemes/aos_deblurring/aos_deblurring_operator.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "base/cpu_features.h"
+#include "base/rounding.h"
+#include "exports/progress_window.h"
+#include "exports/work_window.h"
+#include "images/rgb_discrete_image.h"
+#include "support/matrix_support.h"
+#include "support/plain_deblurring.h"
+#include "support/plane_support.h"
+
+namespace orv {
+namespace {
+
+using test::DeblurSettings;
+using test::fileOutputOf;
+using test::noisePlane;
+using test::plainDeblurring;
+using test::sameBits;
+
+constexpr std::array<std::pair<int, int>, 9> kSizes = {
+    {{6, 6}, {7, 6}, {6, 9}, {8, 8}, {17, 33}, {33, 17}, {70, 41}, {41, 150}, {130, 129}}};
+
+AosDeblurringOperator operatorOf(const DeblurSettings& settings, double sigma = 1.0,
+                                 double edgeContrast = 5.0, unsigned char eachStep = 1) {
+    return AosDeblurringOperator(settings.iterations, settings.kernel, settings.tau,
+                                 settings.lambda, sigma, edgeContrast,
+                                 settings.keepObserved ? 1 : 0, eachStep);
+}
+
+std::unique_ptr<FloatImage> run(const DeblurSettings& settings, const FloatImage& source,
+                                bool plain = false) {
+    AosDeblurringOperator deblurring = operatorOf(settings);
+    deblurring.setPlainPath(plain);
+    return deblurring.apply(source, nullptr);
+}
+
+/// Records what reaches a host's callback while it lives.
+class Reports {
+  public:
+    Reports() : before_(progressWindow()) {
+        values().clear();
+        progressWindow() = ProgressWindow{[](int value) { values().push_back(value); }, 0, 100};
+    }
+    ~Reports() { progressWindow() = before_; }
+    Reports(const Reports&) = delete;
+    Reports& operator=(const Reports&) = delete;
+
+    static std::vector<int>& values() {
+        static std::vector<int> recorded;
+        return recorded;
+    }
+
+  private:
+    ProgressWindow before_;
+};
+
+TEST(AosDeblurringOperator, EveryPathHasTheBitsOfThePlainFormulation) {
+    for (const KernelTarget target :
+         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+        if (!isAvailable(target)) {
+            continue;
+        }
+        limitKernelTarget(target);
+        for (const auto& [width, height] : kSizes) {
+            for (const int kernel : {2, 3, 5, 7}) {
+                for (const int iterations : {1, 3}) {
+                    SCOPED_TRACE(testing::Message() << nameOf(target) << ", " << width << " x "
+                                                    << height << ", kernel " << kernel);
+                    const DeblurSettings settings = {iterations, kernel, 0.15f, 3.0f, false};
+                    const FloatImage source = noisePlane(width, height, 1);
+                    const FloatImage expected = plainDeblurring(settings, source);
+
+                    EXPECT_TRUE(sameBits(*run(settings, source), expected));
+                    EXPECT_TRUE(sameBits(*run(settings, source, /*plain=*/true), expected));
+                }
+            }
+        }
+    }
+    limitKernelTarget(KernelTarget::Avx512);
+}
+
+TEST(AosDeblurringOperator, KeptObservedDataPullTowardVLessTheSource) {
+    DeblurSettings settings = {2, 3, 0.2f, 4.0f, true};
+    const FloatImage source = noisePlane(20, 15, 2, 60.0, 180.0);
+
+    const auto kept = run(settings, source);
+    EXPECT_TRUE(sameBits(*kept, plainDeblurring(settings, source)));
+    EXPECT_TRUE(sameBits(*kept, *run(settings, source, /*plain=*/true)));
+
+    settings.keepObserved = false;
+    EXPECT_FALSE(sameBits(*kept, *run(settings, source)));
+}
+
+TEST(AosDeblurringOperator, IterationsDifferThroughTheSmoothingOfVAlone) {
+    const FloatImage source = noisePlane(20, 15, 3, 60.0, 180.0);
+    DeblurSettings settings = {1, 3, 0.2f, 4.0f, false};
+    const auto one = run(settings, source);
+    settings.iterations = 3;
+    const auto three = run(settings, source);
+    settings.lambda = 0.0f;
+    const auto threeWithout = run(settings, source);
+    settings.iterations = 1;
+    const auto oneWithout = run(settings, source);
+
+    EXPECT_FALSE(sameBits(*one, *three));
+    EXPECT_TRUE(sameBits(*oneWithout, *threeWithout));
+}
+
+TEST(AosDeblurringOperator, LambdaZeroMakesTheKernelMeaningless) {
+    const FloatImage source = noisePlane(20, 15, 4);
+    DeblurSettings settings = {1, 2, 0.2f, 0.0f, false};
+    const auto expected = run(settings, source);
+
+    for (const int kernel : {3, 5, 7}) {
+        settings.kernel = kernel;
+        EXPECT_TRUE(sameBits(*run(settings, source), *expected)) << kernel;
+    }
+}
+
+TEST(AosDeblurringOperator, UnknownKernelsTakeThreeWeights) {
+    const FloatImage source = noisePlane(12, 15, 4);
+    const DeblurSettings three = {2, 3, 0.2f, 3.0f, false};
+    for (const int kernel : {0, 1, 4, 6, -7}) {
+        DeblurSettings settings = three;
+        settings.kernel = kernel;
+        EXPECT_TRUE(sameBits(*run(settings, source), *run(three, source))) << kernel;
+    }
+}
+
+TEST(AosDeblurringOperator, SigmaEdgeContrastAndUpdatesHaveNoEffect) {
+    const DeblurSettings settings = {2, 3, 0.2f, 3.0f, false};
+    const FloatImage source = noisePlane(14, 11, 5);
+    const auto expected = run(settings, source);
+
+    for (const bool plain : {false, true}) {
+        for (const unsigned char eachStep : {0, 1}) {
+            AosDeblurringOperator other =
+                operatorOf(settings, /*sigma=*/7.5, /*edgeContrast=*/0.01, eachStep);
+            other.setPlainPath(plain);
+            EXPECT_TRUE(sameBits(*other.apply(source, nullptr), *expected));
+        }
+    }
+}
+
+TEST(AosDeblurringOperator, EdgeContrastZeroGivesNoNumbers) {
+    const DeblurSettings settings = {1, 3, 0.2f, 3.0f, false};
+    const FloatImage source = noisePlane(8, 8, 5);
+
+    const auto result =
+        operatorOf(settings, /*sigma=*/1.0, /*edgeContrast=*/0.0).apply(source, nullptr);
+
+    EXPECT_TRUE(std::isnan(result->row(4)[4]));
+}
+
+TEST(AosDeblurringOperator, TheResultIsClampedToTheRange) {
+    const DeblurSettings settings = {1, 3, 0.2f, 50.0f, true};
+    const FloatImage source = noisePlane(16, 16, 6);
+    AosDeblurringOperator deblurring = operatorOf(settings);
+    deblurring.setRange(100.0f, 120.0f);
+
+    const auto result = deblurring.apply(source, nullptr);
+
+    float lowest = 1000.0f;
+    float highest = 0.0f;
+    for (std::size_t i = 0; i < result->sampleCount(); ++i) {
+        lowest = std::fmin(lowest, result->data()[i]);
+        highest = std::fmax(highest, result->data()[i]);
+    }
+    EXPECT_EQ(lowest, 100.0f);
+    EXPECT_EQ(highest, 120.0f);
+}
+
+TEST(AosDeblurringOperator, WhatATargetHoldsIsLostUnlessNothingRuns) {
+    const FloatImage source = noisePlane(16, 10, 7);
+    DeblurSettings settings = {1, 3, 0.2f, 3.0f, false};
+    const auto expected = run(settings, source);
+
+    const auto given =
+        operatorOf(settings).apply(source, std::make_unique<FloatImage>(16, 10, 77.0f));
+    settings.iterations = 0;
+    const auto untouched =
+        operatorOf(settings).apply(source, std::make_unique<FloatImage>(16, 10, 300.0f));
+    const auto clone = operatorOf(settings).apply(source, nullptr);
+
+    EXPECT_TRUE(sameBits(*given, *expected));
+    EXPECT_EQ(untouched->row(3)[3], 255.0f);
+    EXPECT_TRUE(sameBits(*clone, source));
+    EXPECT_TRUE(operatorOf({1, 3, 0.2f, 1.0f, false}).dropsTarget());
+    EXPECT_FALSE(operatorOf(settings).dropsTarget());
+}
+
+/// A class with a gradient that doesn't vanish.
+class SlopedOperator : public AosDeblurringOperator {
+  public:
+    using AosDeblurringOperator::AosDeblurringOperator;
+    void update(const FloatImage& plane) override {
+        ++updates_;
+        gradientPlane_ = gradient_->apply(plane, std::move(gradientPlane_));
+    }
+    int updates_ = 0;
+};
+
+TEST(AosDeblurringOperator, ADerivedClassWithAGradientRunsOnItsDiffusivity) {
+    const DeblurSettings settings = {2, 5, 0.4f, 1.5f, false};
+    const FloatImage source = noisePlane(19, 12, 8);
+    const auto squared = RealGradientOperator(3).apply(source, nullptr);
+    const float weight = toFloat((1.0 / 20.0) * (1.0 / 20.0));
+    const auto g = [&](int x, int y) { return 1.0f / (squared->row(x)[y] * weight + 1.0f); };
+    SlopedOperator sloped(2, 5, 0.4f, 1.5, 1.0, 20.0, 0, 1);
+
+    const auto result = sloped.apply(source, nullptr);
+
+    EXPECT_TRUE(sameBits(*result, plainDeblurring(settings, source, g)));
+    EXPECT_EQ(sloped.updates_, 2);
+}
+
+/// The values that a run reports, from their formulas.
+std::vector<int> expectedReports(long long iterations, long long width, long long height) {
+    std::vector<int> values = {0, 10};
+    const auto add = [&](long long value) { values.push_back(static_cast<int>(value)); };
+    for (long long i = 0; i < iterations; ++i) {
+        const long long base = 90 * i / iterations + 10;
+        add(base);
+        for (long long y = 0; y < height; ++y) {
+            add(y * 45 * i / (iterations * height) + base);
+        }
+        for (long long x = 0; x < width; ++x) {
+            add(x * 45 * i / (iterations * width) + 90 * i / iterations + 45 * i / iterations +
+                10);
+        }
+    }
+    values.push_back(100);
+    return values;
+}
+
+TEST(AosDeblurringOperator, ReportsEveryLineToTheHost) {
+    for (const bool plain : {false, true}) {
+        const Reports reports;
+        run({2, 3, 0.2f, 3.0f, false}, noisePlane(6, 7, 9), plain);
+
+        const std::vector<int> expected = {0,  10,                          //
+                                           10, 10, 10, 10, 10, 10, 10, 10,  //
+                                           10, 10, 10, 10, 10, 10,          //
+                                           55, 55, 58, 61, 64, 67, 71, 74,  //
+                                           77, 80, 84, 88, 92, 95,          //
+                                           100};
+        EXPECT_EQ(Reports::values(), expected);
+        EXPECT_EQ(expectedReports(2, 6, 7), expected);
+    }
+}
+
+TEST(Quirk, AosProgressOvershoot) {
+    const Reports reports;
+    run({10, 3, 0.2f, 3.0f, false}, noisePlane(8, 6, 9));
+
+    EXPECT_EQ(Reports::values(), expectedReports(10, 8, 6));
+    // The last column of the last iteration.
+    EXPECT_EQ(Reports::values()[Reports::values().size() - 2], 166);
+}
+
+TEST(AosDeblurringOperator, StopsWhenAsked) {
+    class Stop : public WorkObserver {
+      public:
+        bool onWork(double /*done*/) override {
+            ++calls_;
+            return false;
+        }
+        int calls_ = 0;
+    } stop;
+    const WorkObserverScope scope(&stop);
+    const Reports reports;
+
+    const auto result = run({50, 3, 0.2f, 3.0f, false}, noisePlane(8, 8, 1));
+
+    EXPECT_NE(result, nullptr);
+    EXPECT_EQ(stop.calls_, 1);
+    EXPECT_LT(Reports::values().size(), 10u);
+}
+
+TEST(AosDeblurringOperator, TheGuideIsKeptAndNotRead) {
+    const DeblurSettings settings = {1, 3, 0.2f, 3.0f, false};
+    const FloatImage source = noisePlane(9, 9, 1);
+    const FloatImage guide = noisePlane(9, 9, 2);
+    AosDeblurringOperator guided = operatorOf(settings);
+    EXPECT_EQ(guided.guide(), nullptr);
+
+    guided.setGuide(guide);
+
+    EXPECT_EQ(guided.guide(), &guide);
+    EXPECT_TRUE(sameBits(*guided.apply(source, nullptr), *run(settings, source)));
+}
+
+TEST(AosDeblurringOperator, MaskedRunsGiveTheTargetOrAClone) {
+    const FloatImage source = noisePlane(8, 8, 5);
+    const RgbDiscreteImage mask(8, 8);
+    AosDeblurringOperator deblurring = operatorOf({1, 3, 0.2f, 3.0f, false});
+
+    EXPECT_TRUE(sameBits(*deblurring.applyMasked(mask, source, nullptr), source));
+}
+
+TEST(AosDeblurringOperator, PrintsItsName) {
+    AosDeblurringOperator deblurring = operatorOf({1, 3, 0.2f, 3.0f, false});
+
+    EXPECT_EQ(fileOutputOf([&](std::FILE* file) { deblurring.printName(file); }),
+              "Real Aos Deblurring/Denoising Operator\n");
+    EXPECT_EQ(fileOutputOf(
+                  [&](std::FILE* file) { deblurring.RegularizedAosOperator::printName(file); }),
+              "Real Regularized Aos Operator\n");
+    EXPECT_EQ(deblurring.contrast(), 1.0f);
+    EXPECT_EQ(deblurring.inverseContrastSquared(), 0.04f);
+}
+
+TEST(AosDeblurringOperator, SharpensWhatItsKernelBlurred) {
+    FloatImage sharp(40, 40, 60.0f);
+    for (int x = 12; x < 28; ++x) {
+        for (int y = 12; y < 28; ++y) {
+            sharp.row(x)[y] = 180.0f;
+        }
+    }
+    FloatImage blurred(sharp);
+    test::plainSmooth(blurred, 7);
+    const auto distance = [&](const FloatImage& plane) {
+        double sum = 0.0;
+        for (int x = 8; x < 32; ++x) {
+            for (int y = 8; y < 32; ++y) {
+                const double d = plane.row(x)[y] - sharp.row(x)[y];
+                sum += d * d;
+            }
+        }
+        return sum;
+    };
+
+    const auto result = run({1, 7, 0.02f, 60.0f, true}, blurred);
+
+    EXPECT_LT(distance(*result), 0.8 * distance(blurred));
+}
+
+}  // namespace
+}  // namespace orv
