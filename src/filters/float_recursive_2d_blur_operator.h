@@ -18,6 +18,7 @@ namespace orv {
 /// Coefficients and samples are floats and every operation is rounded: it is part of the result
 /// that a wide blur does not quite keep the mean grey level.
 ///
+/// Quirk:   blur-line-start
 /// Source:  [YoungVanVliet1995], [VanVlietYoungVerbeek1998]
 class FloatRecursive2dBlurOperator : public FloatOperator {
   public:

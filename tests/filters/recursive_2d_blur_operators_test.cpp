@@ -354,6 +354,21 @@ TEST(RealRecursive2dBlurOperator, IteratesOnItsOwnResult) {
     EXPECT_FALSE(sameBits(*once, *twice));
 }
 
+TEST(Quirk, BlurLineStart) {
+    // One bright sample next to the corner, on grey: it is taken for the slope of the past.
+    RealImage start(200, 200, 100.0);
+    start.row(1)[100] = 130.0;
+    RealImage end(200, 200, 100.0);
+    end.row(198)[100] = 130.0;
+    RealRecursive2dBlurOperator op(10.0);
+
+    const auto atStart = op.apply(start, nullptr);
+    const auto atEnd = op.apply(end, nullptr);
+
+    EXPECT_LT(atStart->row(0)[100], 95.0);
+    EXPECT_NEAR(atEnd->row(199)[100], 100.0, 0.5);
+}
+
 TEST(Quirk, BlurScaleConstant) {
     EXPECT_EQ(gaussianScale(10.0), 0.98711 * 10.0 - 0.9833);
 }

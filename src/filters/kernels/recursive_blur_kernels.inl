@@ -78,6 +78,7 @@ void runDown(const RecursionCoefficients<Sample>& k, const ColumnBlock<Sample>& 
              Sample* strip) {
     alignas(64) Sample tile[kTile * kLanes] = {};
     gatherTile<kLanes>(block, 0, 3, tile);
+    // quirk: blur-line-start
     for (int i = 0; i < 3; ++i) {
         __builtin_memcpy(strip + i * kLanes, tile + (2 - i) * kLanes, kLanes * sizeof(Sample));
     }

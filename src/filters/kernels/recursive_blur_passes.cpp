@@ -81,6 +81,7 @@ class Blur {
 
     bool forwardAlongX() {
         // The target may be the source: its first columns are kept.
+        // quirk: blur-line-start
         RecursionHistory<Sample> history =
             saved_.save(source_.row(0), source_.row(1), source_.row(2));
         for (int x = 0; x < width_; ++x) {

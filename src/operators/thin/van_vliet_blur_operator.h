@@ -54,10 +54,12 @@ class VanVlietBlurOperator : public FloatPlaneImageOperator {
     /// Shapes:  both sides at least 3.
     std::unique_ptr<FloatImage> runPlane(const FloatImage& plane);
 
-    /// Blurs one plane in place with coefficients and samples of doubles, rounded once at the
-    /// end: a wide blur keeps the mean grey level, which single precision loses.
+    /// Blurs one plane in place for eyes instead of hosts: in doubles, which keep the mean grey
+    /// level of a wide blur, and with the plane mirrored by 6 sigma on all sides, which keeps
+    /// the noise at a line's start out of the picture.
     ///
-    /// Shapes:  both sides at least 3.
+    /// Shapes:  any plane that isn't empty.
+    /// Cost:    a plane of doubles of the extended size.
     void blurFinely(FloatImage& plane) const;
 
   protected:

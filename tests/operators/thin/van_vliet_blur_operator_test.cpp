@@ -170,20 +170,73 @@ TEST(VanVlietBlurOperator, PrintsTheCoefficientsOncePerPicture) {
               "b1/b0=2.222246, b2/b0=-1.685980, b3/b0=0.437255\nB=0.026479\n");
 }
 
-TEST(VanVlietBlurOperator, BlursFinelyInDoublesAndPrintsNothing) {
-    FloatImage plane = noisePlane(40, 31, 3);
-    RealImage source(40, 31);
-    for (std::size_t i = 0; i < plane.sampleCount(); ++i) {
-        source.data()[i] = static_cast<double>(plane.data()[i]);
+// Sample i of a line of n that goes on mirrored at both ends.
+int reflected(int i, int n) {
+    while (i < 0 || i >= n) {
+        i = i < 0 ? -1 - i : 2 * n - 1 - i;
     }
-    const auto expected = RealRecursive2dBlurOperator(6.0).apply(source, nullptr);
-    testing::internal::CaptureStdout();
+    return i;
+}
 
-    VanVlietBlurOperator(6.0).blurFinely(plane);
+TEST(VanVlietBlurOperator, BlursFinelyOnAMirroredPlaneOfDoubles) {
+    for (const double sigma : {0.5, 2.0, 9.3}) {
+        for (const auto& [w, h] : {std::pair{40, 31}, {3, 50}, {1, 2}}) {
+            FloatImage plane = noisePlane(w, h, 3);
+            const int margin = static_cast<int>(std::ceil(6.0 * sigma)) + 3;
+            RealImage extended(w + 2 * margin, h + 2 * margin);
+            for (int x = 0; x < extended.width(); ++x) {
+                for (int y = 0; y < extended.height(); ++y) {
+                    const int column = reflected((x < 3 ? 2 : x) - margin, w);
+                    const int row = reflected((y < 3 ? 2 : y) - margin, h);
+                    extended.row(x)[y] = static_cast<double>(plane.row(column)[row]);
+                }
+            }
+            const auto expected = RealRecursive2dBlurOperator(sigma).apply(extended, nullptr);
+            testing::internal::CaptureStdout();
 
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-    for (std::size_t i = 0; i < plane.sampleCount(); ++i) {
-        ASSERT_EQ(plane.data()[i], static_cast<float>(expected->data()[i]));
+            VanVlietBlurOperator(sigma).blurFinely(plane);
+
+            EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+            for (int x = 0; x < w; ++x) {
+                for (int y = 0; y < h; ++y) {
+                    ASSERT_EQ(plane.row(x)[y],
+                              static_cast<float>(expected->row(x + margin)[y + margin]));
+                }
+            }
+        }
+    }
+}
+
+TEST(VanVlietBlurOperator, StaysWithinTheSamplesOfNoiseWhenItBlursFinely) {
+    for (const double sigma : {1.0, 4.0, 30.0, 200.0}) {
+        FloatImage plane = noisePlane(70, 60, 3, 50.0, 200.0);
+
+        VanVlietBlurOperator(sigma).blurFinely(plane);
+
+        for (std::size_t i = 0; i < plane.sampleCount(); ++i) {
+            ASSERT_GT(plane.data()[i], 50.0F) << sigma;
+            ASSERT_LT(plane.data()[i], 200.0F) << sigma;
+        }
+    }
+}
+
+TEST(VanVlietBlurOperator, TreatsAllFourSidesAlikeWhenItBlursFinely) {
+    const FloatImage plane = noisePlane(50, 40, 9);
+    FloatImage turned(50, 40);
+    for (int x = 0; x < 50; ++x) {
+        for (int y = 0; y < 40; ++y) {
+            turned.row(49 - x)[39 - y] = plane.row(x)[y];
+        }
+    }
+    FloatImage straight(plane);
+    VanVlietBlurOperator(5.0).blurFinely(straight);
+    VanVlietBlurOperator(5.0).blurFinely(turned);
+
+    for (int x = 0; x < 50; ++x) {
+        for (int y = 0; y < 40; ++y) {
+            // What 6 sigma of margin leave of the two kinds of ends.
+            ASSERT_NEAR(straight.row(x)[y], turned.row(49 - x)[39 - y], 0.1F);
+        }
     }
 }
 

@@ -1,0 +1,43 @@
+#include "methods/blur_method.h"
+
+#include <array>
+#include <utility>
+
+#include "exports/work_window.h"
+#include "methods/plane_run.h"
+#include "operators/thin/van_vliet_blur_operator.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::array<Parameter, 1> kParameters{
+    real("sigma", "pixels", 2.0, 0.5, 256.0,
+         "width of the Gaussian; the time is the same for all widths"),
+};
+
+constexpr std::array<std::string_view, 2> kLiterature{
+    "Young, van Vliet: Recursive implementation of the Gaussian filter, 1995",
+    "van Vliet, Young, Verbeek: Recursive Gaussian derivative filters, 1998",
+};
+
+MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
+    const VanVlietBlurOperator op(arguments.real("sigma"));
+    return runPlaneWork(std::move(planes), progress, [&](Planes source) {
+        const int count = static_cast<int>(source.size());
+        for (int i = 0; i < count && !workCancelled(); ++i) {
+            const WorkSlice slice(i, count);
+            op.blurFinely(*source[static_cast<std::size_t>(i)]);
+            reportWork(1, 1);
+        }
+        return source;
+    });
+}
+
+}  // namespace
+
+constinit const Method kBlurMethod{
+    "blur", "Blur a picture by a Gaussian of any width, each in the same time", kParameters,
+    kLiterature, run};
+
+}  // namespace orv

@@ -1,0 +1,146 @@
+#include "methods/blur_method.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "methods/method_catalogue.h"
+#include "operators/thin/van_vliet_blur_operator.h"
+#include "support/plane_support.h"
+
+namespace orv {
+namespace {
+
+using test::noisePlane;
+using test::sameBits;
+
+Planes noisyPlanes(int width, int height, int count) {
+    Planes planes;
+    for (int c = 0; c < count; ++c) {
+        planes.push_back(
+            noisePlane(width, height, static_cast<unsigned>(c), -40.0, 300.0).clone());
+    }
+    return planes;
+}
+
+Arguments argumentsOf(std::initializer_list<std::pair<const char*, const char*>> values) {
+    Arguments arguments(kBlurMethod.parameters);
+    for (const auto& [name, value] : values) {
+        EXPECT_EQ(arguments.set(name, value), "");
+    }
+    return arguments;
+}
+
+FloatImage expectedOf(const FloatImage& plane, double sigma) {
+    FloatImage result(plane);
+    VanVlietBlurOperator(sigma).blurFinely(result);
+    result.clamp(0.0F, 255.0F);
+    return result;
+}
+
+TEST(BlurMethod, IsTheFineBlurOfEachPlaneClamped) {
+    for (const int count : {1, 3}) {
+        const Planes source = noisyPlanes(33, 20, count);
+        testing::internal::CaptureStdout();
+
+        const MethodResult result =
+            kBlurMethod.run(noisyPlanes(33, 20, count), argumentsOf({{"sigma", "0.7"}}), {});
+
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+        ASSERT_EQ(result.error, "");
+        ASSERT_EQ(result.planes.size(), source.size());
+        for (std::size_t i = 0; i < source.size(); ++i) {
+            EXPECT_TRUE(sameBits(*result.planes[i], expectedOf(*source[i], 0.7)));
+        }
+    }
+}
+
+TEST(BlurMethod, IsTheCFacesBlurAwayFromTheBorder) {
+    const FloatImage plane = noisePlane(120, 110, 1, 20.0, 230.0);
+    Planes planes;
+    planes.push_back(plane.clone());
+    testing::internal::CaptureStdout();
+    const auto single = VanVlietBlurOperator(3.0).runPlane(plane);
+    testing::internal::GetCapturedStdout();
+
+    const MethodResult result =
+        kBlurMethod.run(std::move(planes), argumentsOf({{"sigma", "3"}}), {});
+
+    ASSERT_EQ(result.error, "");
+    for (int x = 50; x < 80; ++x) {
+        for (int y = 50; y < 70; ++y) {
+            // 40 samples from the border it has faded; the rest is rounding to floats.
+            ASSERT_NEAR(result.planes[0]->row(x)[y], single->row(x)[y], 0.01F);
+        }
+    }
+}
+
+TEST(BlurMethod, TakesPicturesOfOneSample) {
+    Planes planes;
+    planes.push_back(std::make_unique<FloatImage>(1, 1, 77.0F));
+
+    const MethodResult result = kBlurMethod.run(std::move(planes), argumentsOf({}), {});
+
+    ASSERT_EQ(result.error, "");
+    EXPECT_NEAR(result.planes[0]->data()[0], 77.0F, 1e-4F);
+}
+
+TEST(BlurMethod, RefusesTwoPlanesAndSamplesThatAreNoNumbers) {
+    Planes planes = noisyPlanes(9, 9, 3);
+    planes[1]->row(4)[4] = std::numeric_limits<float>::quiet_NaN();
+
+    EXPECT_EQ(kBlurMethod.run(noisyPlanes(9, 9, 2), argumentsOf({}), {}).error,
+              "takes 1 or 3 planes, not 2");
+    EXPECT_EQ(kBlurMethod.run(std::move(planes), argumentsOf({}), {}).error,
+              "the picture holds samples that aren't finite numbers");
+}
+
+TEST(BlurMethod, RefusesWidthsOutOfRange) {
+    Arguments arguments(kBlurMethod.parameters);
+
+    EXPECT_NE(arguments.set("sigma", "0.4").find("from 0.5 to 256"), std::string::npos);
+    EXPECT_NE(arguments.set("sigma", "257").find("from 0.5 to 256"), std::string::npos);
+    EXPECT_EQ(arguments.set("sigma", "256"), "");
+}
+
+TEST(BlurMethod, KeepsTheGreyLevelAtItsWidest) {
+    Planes planes;
+    planes.push_back(std::make_unique<FloatImage>(300, 200, 100.0F));
+
+    const MethodResult result =
+        kBlurMethod.run(std::move(planes), argumentsOf({{"sigma", "256"}}), {});
+
+    ASSERT_EQ(result.error, "");
+    for (std::size_t i = 0; i < result.planes[0]->sampleCount(); ++i) {
+        ASSERT_NEAR(result.planes[0]->data()[i], 100.0F, 1e-4F);
+    }
+}
+
+TEST(BlurMethod, TellsProgressAndStops) {
+    double last = 0.0;
+    bool grows = true;
+    const Progress watch = [&](double done) {
+        grows = grows && done >= last;
+        last = done;
+        return true;
+    };
+    EXPECT_EQ(kBlurMethod.run(noisyPlanes(70, 9, 3), argumentsOf({}), watch).error, "");
+    EXPECT_EQ(last, 1.0);
+    EXPECT_TRUE(grows);
+
+    const MethodResult stopped = kBlurMethod.run(noisyPlanes(70, 9, 3), argumentsOf({}),
+                                                 [](double done) { return done < 0.5; });
+    EXPECT_TRUE(stopped.cancelled);
+    EXPECT_TRUE(stopped.planes.empty());
+}
+
+TEST(BlurMethod, IsInTheCatalogue) {
+    EXPECT_EQ(findMethod("blur"), &kBlurMethod);
+}
+
+}  // namespace
+}  // namespace orv
