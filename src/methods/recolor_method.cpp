@@ -83,7 +83,7 @@ MethodResult run(Planes planes, Planes style, const Arguments& arguments,
 
 constinit const Method kRecolorMethod{"recolor",
                                       "Give a picture the colours of another one",
-                                      {},
+                                      kParameters,
                                       kLiterature,
                                       /*run=*/nullptr,
                                       /*picture=*/"SOURCE",
