@@ -1,0 +1,3 @@
+#include "operators/kernels/shock_kernels.h"
+
+#include "operators/kernels/shock_kernels.inl"
