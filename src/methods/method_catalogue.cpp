@@ -9,14 +9,15 @@
 #include "methods/recolor_method.h"
 #include "methods/restore_method.h"
 #include "methods/retinex_method.h"
+#include "methods/wavelet_method.h"
 
 namespace orv {
 
 namespace {
 
-constinit const std::array<const Method*, 6> kMethods{&kRestoreMethod,  &kDenoiseMethod,
-                                                      &kRetinexMethod,  &kRecolorMethod,
-                                                      &kColorizeMethod, &kBlurMethod};
+constinit const std::array<const Method*, 7> kMethods{
+    &kRestoreMethod,  &kDenoiseMethod, &kRetinexMethod, &kRecolorMethod,
+    &kColorizeMethod, &kBlurMethod,    &kWaveletMethod};
 
 std::string_view kindName(ParameterKind kind) {
     switch (kind) {

@@ -1,0 +1,124 @@
+#include "methods/wavelet_method.h"
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "methods/plane_run.h"
+#include "operators/thin/wavelet_denoising_operator.h"
+
+namespace orv {
+
+namespace {
+
+constexpr int kMirror = 0;
+constexpr int kZero = 1;
+
+constexpr std::array<Choice, 3> kRules{{
+    {"sure", 0, "a threshold a band, where its estimated risk is least; keeps most detail"},
+    {"visu", 1, "one threshold that noise hardly ever exceeds; smoothest, loses fine detail"},
+    {"brownian", 2, "removes coefficients until the rest of a band passes as noise"},
+}};
+
+constexpr std::array<Choice, 6> kWavelets{{
+    {"daubechies6", 0, "Daubechies, orthonormal, 6 taps"},
+    {"haar", 1, "Haar, 2 taps; fastest, leaves square patches"},
+    {"5/3", 2, "biorthogonal, 5 and 3 taps"},
+    {"9/7", 3, "biorthogonal, 9 and 7 taps; smooth and well localised"},
+    {"13/11", 4, "biorthogonal, 13 and 11 taps; smoothest"},
+    {"9/3", 5, "biorthogonal, 9 and 3 taps"},
+}};
+
+constexpr std::array<Choice, 2> kExtensions{{
+    {"mirror", kMirror, "by mirroring, which keeps borders and finds the noise"},
+    {"zero", kZero, "by zeros, as the C function does; dims borders, finds too little noise"},
+}};
+
+std::span<const Choice> ruleChoices() {
+    return kRules;
+}
+
+std::span<const Choice> waveletChoices() {
+    return kWavelets;
+}
+
+std::span<const Choice> extensionChoices() {
+    return kExtensions;
+}
+
+constexpr std::array<Parameter, 4> kParameters{
+    choice("rule", 0, ruleChoices, "how the threshold of a band is chosen"),
+    numberedChoice("wavelet", 3, waveletChoices, "the filters, by name or number"),
+    integer(
+        "levels", "levels", 0, 0, 30,
+        "how often the picture is halved; more reaches coarser noise, 0 takes as many as fit"),
+    choice("extend", kMirror, extensionChoices,
+           "how the picture is extended to sizes that can be halved"),
+};
+
+constexpr std::array<std::string_view, 3> kLiterature{
+    "Donoho, Johnstone: Ideal spatial adaptation by wavelet shrinkage, 1994",
+    "Donoho, Johnstone: Adapting to unknown smoothness via wavelet shrinkage, 1995",
+    "Ogden, Parzen: Data dependent wavelet thresholding in nonparametric regression with "
+    "change-point applications, 1996",
+};
+
+std::string levelsRefusal(int levels, int most, std::string_view wavelet,
+                          const FloatImage& plane) {
+    const std::string size =
+        std::to_string(plane.width()) + " x " + std::to_string(plane.height()) + " pixels";
+    if (most < 1) {
+        return "--wavelet: " + std::string(wavelet) + " is too long for " + size;
+    }
+    if (levels <= most) {
+        return {};
+    }
+    const std::string range = most == 1 ? "1 alone" : "1 to " + std::to_string(most);
+    return "--levels: " + std::to_string(levels) + " is too many for " + size +
+           " and the wavelet " + std::string(wavelet) + ", which allow " + range;
+}
+
+/// One plane after another, so that the doubles of one alone are held.
+Planes denoised(Planes planes, const Arguments& arguments) {
+    const int levels = arguments.integer("levels");
+    const bool mirrored = arguments.integer("extend") == kMirror;
+    WaveletDenoisingOperator op(arguments.integer("rule"), levels > 0 ? levels : -1,
+                                arguments.integer("wavelet"));
+    for (std::size_t c = 0; c < planes.size() && !workCancelled(); ++c) {
+        const WorkSlice slice(static_cast<int>(c), static_cast<int>(planes.size()));
+        std::unique_ptr<RealImage> plane = realImageOf(*planes[c]);
+        planes[c].reset();
+        plane = mirrored ? op.runPlaneMirrored(*plane) : op.runPlane(*plane);
+        planes[c] = floatImageOf(*plane);
+        reportWork(1, 1);
+    }
+    return planes;
+}
+
+MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
+    std::string refusal = planesRefusal(planes, "the picture");
+    if (refusal.empty()) {
+        const FloatImage& plane = *planes[0];
+        const WaveletDenoisingOperator op(arguments.integer("rule"), -1,
+                                          arguments.integer("wavelet"));
+        refusal = levelsRefusal(arguments.integer("levels"),
+                                op.levelLimit(plane.width(), plane.height(),
+                                              arguments.integer("extend") == kMirror),
+                                arguments.choiceName("wavelet"), plane);
+    }
+    if (!refusal.empty()) {
+        return failure(std::move(refusal));
+    }
+    return runPlaneWork(std::move(planes), progress,
+                        [&](Planes source) { return denoised(std::move(source), arguments); });
+}
+
+}  // namespace
+
+constinit const Method kWaveletMethod{
+    "wavelet", "Remove noise by shrinking the wavelet coefficients of a picture", kParameters,
+    kLiterature, run};
+
+}  // namespace orv
