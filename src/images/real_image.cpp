@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/kernels/elementary_kernels.h"
 #include "images/plane_reader.h"
 
 namespace orv {
@@ -100,11 +101,18 @@ void RealImage::subtract(const RealImage& other) {
 }
 
 void RealImage::logOf(double c) {
-    changeEach(data_, sampleCount(), [c](double sample) { return std::log(sample + c); });
+    const ElementaryKernels& kernels = elementaryKernels();
+    constexpr std::size_t kChunk = 512;  // 4 KiB, still in cache for the second pass
+    const std::size_t count = sampleCount();
+    for (std::size_t i = 0; i < count; i += kChunk) {
+        const std::size_t size = std::min(kChunk, count - i);
+        changeEach(data_ + i, size, [c](double sample) { return sample + c; });
+        kernels.log(data_ + i, data_ + i, size);
+    }
 }
 
 void RealImage::expOf() {
-    changeEach(data_, sampleCount(), [](double sample) { return std::exp(sample); });
+    elementaryKernels().exp(data_, data_, sampleCount());
 }
 
 void RealImage::sqrtOf() {
