@@ -1,0 +1,3 @@
+#include "filters/kernels/homomorphic_kernels.h"
+
+#include "filters/kernels/homomorphic_kernels.inl"

@@ -1,0 +1,78 @@
+#include "operators/thin/homomorphic_operator.h"
+
+#include <utility>
+
+#include "filters/homomorphic_filter.h"
+#include "images/discrete_image.h"
+#include "images/real_image3.h"
+#include "schemes/plane_operators/real_planes_operator.h"
+
+namespace orv {
+
+HomomorphicOperator::HomomorphicOperator(int mode, double gamma)
+    : mode_(mode), sigma_(8.0), gamma_(gamma) {}
+
+std::unique_ptr<DiscreteImage> HomomorphicOperator::runGrey(
+    const DiscreteImage& source, std::unique_ptr<DiscreteImage> target) {
+    if (target == nullptr) {
+        target = source.clone();
+    }
+    target->setChannelFromReal(*runPlane(RealImage(source)), 0);
+    return target;
+}
+
+std::unique_ptr<DiscreteImage> HomomorphicOperator::runGreyMasked(
+    const DiscreteImage& /*mask*/, const DiscreteImage& source,
+    std::unique_ptr<DiscreteImage> target) {
+    return runGrey(source, std::move(target));
+}
+
+std::unique_ptr<RealImage3> HomomorphicOperator::runPlanes(const RealImage3& planes,
+                                                           std::unique_ptr<RealImage3> target) {
+    if (target == nullptr) {
+        target = RealImage3::withoutPlanes(planes.width(), planes.height());
+        target->setFlag(planes.flag());
+    }
+    HomomorphicFilter filter(mode_, sigma_, gamma_);
+    target = RealPlanesOperator(&filter).apply(planes, std::move(target));
+    for (int c = 0; c < 3; ++c) {
+        std::unique_ptr<RealImage> plane = target->takePlane(c);
+        target->setPlane(c, plane != nullptr ? std::move(plane) : planes.plane(c).clone());
+    }
+    return target;
+}
+
+std::unique_ptr<RealImage3> HomomorphicOperator::runPlanesMasked(
+    const DiscreteImage& /*mask*/, const RealImage3& planes,
+    std::unique_ptr<RealImage3> target) {
+    return runPlanes(planes, std::move(target));
+}
+
+std::unique_ptr<RealImage3> HomomorphicOperator::runPlanesAlt(
+    const RealImage3& planes, std::unique_ptr<RealImage3> target) {
+    return runPlanes(planes, std::move(target));
+}
+
+std::unique_ptr<RealImage3> HomomorphicOperator::runPlanesAltMasked(
+    const DiscreteImage& /*mask*/, const RealImage3& planes,
+    std::unique_ptr<RealImage3> target) {
+    return runPlanes(planes, std::move(target));
+}
+
+void HomomorphicOperator::setSigma(double sigma) {
+    sigma_ = sigma;
+}
+
+void HomomorphicOperator::setGamma(double gamma) {
+    gamma_ = gamma;
+}
+
+std::unique_ptr<RealImage> HomomorphicOperator::runPlane(const RealImage& plane) {
+    return HomomorphicFilter(mode_, sigma_, gamma_).apply(plane, nullptr);
+}
+
+bool HomomorphicOperator::accepts(int width, int height) {
+    return width >= 3 && height >= 3;
+}
+
+}  // namespace orv
