@@ -84,8 +84,9 @@ typedef void(ORV_CALLBACK* ORVCallBack)(int percent);
  * off.
  *
  * Nothing else resets the range. An operation narrows it while it runs and leaves it narrowed,
- * so call this before every operation whose progress is to run over the whole scale. Of the
- * restorations of this version, those with the "AOS" scheme report. */
+ * so call this before every operation whose progress is to run over the whole scale. These report:
+ * diffusion with the "AOS" scheme, AOS deblurring, the homomorphic filter in mode 8, SUSAN smoothing
+ * and the transfer of colours between two colour pictures. */
 ORV_EXPORT void SetORVCallBack(ORVCallBack callback);
 
 /* Makes an image from a 24-bit bitmap. The pixels are copied.
@@ -165,70 +166,134 @@ ORV_EXPORT void* ORVFastDenoiser(void* image, const char* scheme, int solverId, 
                                  double contrast, double fidelity, const char* flow,
                                  int gradientNormId, int cflSubsteps);
 
-/* The restorations below are declared so that hosts can be built against the whole interface.
- * Each returns null in this version, whatever its arguments, and reads none of them. */
-
-/* Deblurring by additive operator splitting. Returns null in this version.
+/* Deblurring and denoising by additive operator splitting with a data term.
  *
- * iterations:        time steps
- * kernel:            blur kernel number
- * tau:               time step
- * lambda:            weight of the data term
- * sigma:             scale of the regularisation, pixels
- * edgeContrast:      grey levels
- * keepObserved:      true to take the source as it is for the data term, without a first blur
- * colorPath:         has no effect on the result */
+ * Each iteration solves (2 - 4 tau d2/dx2) and (2 - 4 tau d2/dy2) line by line for the right side
+ * u - lambda tau (V - W), and adds the two. W is the source, blurred once unless keepObserved; V is
+ * the source blurred twice an iteration. u stays the source, so iterations only blur V further. The
+ * two darkest lines stand at the right and lower border: the last link of each system is 0.
+ *
+ * iterations:        from 1; below 1 gives a copy of the source
+ * kernel:            weights of the blur: 2 for 1 2 9 2 1, 5 for 1 3 4 3 1, 7 for 1 3 5 6 5 3 1,
+ *                    any other number for 1 2 1
+ * tau:               time step, pixels squared; 0 gives the source but for two mirrored samples at
+ *                    each end of a line
+ * lambda:            weight of the data term; 0 makes kernel and iterations irrelevant
+ * sigma:             scale of the regularisation, pixels; runs, but does not change the result
+ * edgeContrast:      grey levels; runs, but does not change the result
+ * keepObserved:      true to take the source as it is for W
+ * colorPath:         has no effect on the result
+ *
+ * Results are limited to 0 to 255. Reports progress, which may pass 100.
+ *
+ * Returns a new handle with the size of the source, or null when image is null, or the width or the
+ * height is below 6. */
 ORV_EXPORT void* ORVIFAosBarashOp(void* image, int iterations, int kernel, double tau,
                                   double lambda, double sigma, double edgeContrast,
                                   bool keepObserved, bool colorPath);
 
-/* Recursive Gaussian blur. Returns null in this version.
+/* Recursive Gaussian blur, whose running time does not grow with sigma.
  *
- * sigma:             standard deviation, pixels */
+ * sigma:             standard deviation, pixels; below 0.5 counts as 0.5
+ *
+ * Writes the coefficients of the recursion to the standard output, three lines a call.
+ *
+ * Returns a new handle with the size of the source, or null when image is null, or the width or the
+ * height is below 3. */
 ORV_EXPORT void* ORVIFVanVieltBlurringIirOp(void* image, double sigma);
 
-/* Homomorphic filter. Returns null in this version.
+/* Homomorphic filter: parts a picture into illumination, which is its logarithm blurred with a
+ * standard deviation of 8 pixels, and reflectance.
  *
- * gamma:             compression exponent
- * mode:              what is returned: 1, 2, 4, 5 or 8 (the compressed picture) */
+ * gamma:             how far mode 8 compresses the illumination: above 1 brightens shadows, 1 gives
+ *                    the source
+ * mode:              what is returned: 1 reflectance, 2 its logarithm, 4 illumination, 5 its
+ *                    logarithm, 8 the picture with compressed illumination; any other number is 8
+ *
+ * A sample of 0 has no logarithm: a channel that holds one comes back all 0. Mode 8 reports
+ * progress; the lower end of the range is not added.
+ *
+ * Returns a new handle with the size of the source, or null when image is null, or the width or the
+ * height is below 3. */
 ORV_EXPORT void* ORVIHomomorphicOp(void* image, double gamma, int mode);
 
-/* Variational Retinex. Returns null in this version.
+/* Variational Retinex: estimates the illumination over a pyramid and takes its power out.
  *
- * gamma:             exponent
- * alpha, beta:       weights of the penalty terms
- * levels:            levels of the pyramid */
+ * gamma:             the illumination L becomes L to the power 1 / gamma; 1 gives nearly the source
+ * alpha:             weight of the distance between illumination and picture
+ * beta:              weight of the smoothness of the reflectance
+ * levels:            levels of the pyramid, each half as wide and high as the one before
+ *
+ * Returns a new handle with the size of the source, or null when
+ * - image is null or gamma is 0;
+ * - levels is below 1, or so many that the coarsest level would be empty. */
 ORV_EXPORT void* ORVRetinex(void* image, double gamma, double alpha, double beta, int levels);
 
-/* Shock filter. Returns null in this version.
+/* Shock filter: sharpens by moving grey levels away from the places where the second derivative
+ * along the gradient changes its sign.
  *
- * method:            term, 0 to 3
- * iterations:        time steps
- * timeStep:          length of a step */
+ * method:            0 sign, 1 sign with diffusion across the gradient, 2 arctangent, which hardens
+ *                    with the iterations, 3 arctangent with diffusion; any other number is 0
+ * iterations:        time steps; below 1 gives a copy of the source
+ * timeStep:          length of a step; stable up to about 0.5
+ *
+ * Results are limited to 0 to 255; the outermost pixels stay.
+ *
+ * Returns a new handle with the size of the source, or null when image is null. */
 ORV_EXPORT void* ORVIShockOp(void* image, int method, int iterations, double timeStep);
 
-/* SUSAN smoothing. Returns null in this version.
+/* SUSAN smoothing: each sample becomes the mean of its neighbours in a disc, weighted by distance
+ * and by difference in brightness. The sample itself has no weight.
  *
- * iterations:        passes
- * threshold:         brightness scale, grey levels
- * sigma:             spatial scale, pixels */
+ * iterations:        passes; below 1 gives a copy of the source
+ * threshold:         grey levels; neighbours that differ by much more have no say. With 0, or when
+ *                    no neighbour has a say, the sample becomes 0
+ * sigma:             spatial scale of the weights, pixels
+ *
+ * Reports progress once a pass and once a column.
+ *
+ * Returns a new handle with the size of the source, or null when image is null. */
 ORV_EXPORT void* ORVISusanRestoration(void* image, int iterations, double threshold,
                                       double sigma);
 
-/* Wavelet shrinkage. Returns null in this version.
+/* Wavelet shrinkage: takes noise out of the detail bands of a wavelet transform.
  *
- * algorithm:         the first of "SureShrink", "VisuShrink", "Brownian" that occurs in
- *                    the text
- * levels:            levels of the transform
- * wavelet:           filter number, 0 to 5 */
+ * algorithm:         how thresholds are found. The first of the keywords "SureShrink", "VisuShrink",
+ *                    "Brownian" that occurs anywhere in the text decides; with none of them it is
+ *                    "SureShrink"
+ * levels:            levels of the transform; negative for as many as the size allows, and more than
+ *                    that counts as that, with a line on the standard error stream
+ * wavelet:           ORV_WAVELET_, 0 to 5
+ *
+ * A picture whose longer side is not a power of two is padded with zeros, which dims its border and
+ * makes the estimate of the noise too low: none at all when the picture covers less than half of
+ * the padded square. Results are not clamped: a sample that leaves 0 to 255 keeps its low byte.
+ * "Brownian" writes lines to the standard output. When a working array cannot be had, a line goes
+ * to the standard error stream and the process ends with status 1.
+ *
+ * Returns a new handle with the size of the source, or null when image or algorithm is null, or
+ * wavelet is outside 0 to 5. */
 ORV_EXPORT void* ORVWaveletDenoising(void* image, const char* algorithm, int levels,
                                      int wavelet);
 
-/* Gives source the colours of style, another image handle. Returns null in this version. */
+/* Gives source the mean and the deviation of the colours of style, another image handle of any
+ * size, in a space of decorrelated colours.
+ *
+ * A channel of that space without deviation takes the mean of style, so a grey source is tinted.
+ * Results are limited to 0 to 255. Reports progress.
+ *
+ * Returns a new handle with the size of source, or null when either handle is null. */
 ORV_EXPORT void* ORVISimpleColorTranfer(void* source, void* style);
 
-/* Gives the grey picture grey the colours of colour, another image handle. Returns null in this
- * version. */
+/* Gives the grey picture grey the colours of colour, another image handle: each pixel takes the
+ * colour of the swatch of colour whose brightness and contrast are nearest to its surroundings.
+ *
+ * Swatches lie at random places, drawn from a generator that every thread starts at the same state
+ * and that no call sets back: a second call gives another picture. A sample of 0 in colour or grey
+ * spoils what depends on its neighbourhood.
+ *
+ * Returns a new handle with the size of grey, or null when either handle is null, or the width or
+ * the height of colour is below 11. */
 ORV_EXPORT void* ORVIColorToGreyTranfertOp(void* grey, void* colour);
 
 #ifdef __cplusplus

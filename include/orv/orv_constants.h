@@ -35,6 +35,33 @@
 #define ORV_GRADIENT_NORM_MAX_BIASED_SLOPE 5
 #define ORV_GRADIENT_NORM_COUNT 6
 
+/* Shrinkage keywords, in the order in which they are looked for. */
+#define ORV_SHRINKAGE_SURE "SureShrink" /* also stands for an unknown keyword */
+#define ORV_SHRINKAGE_VISU "VisuShrink"
+#define ORV_SHRINKAGE_BROWNIAN "Brownian"
+
+/* Wavelets. */
+#define ORV_WAVELET_DAUBECHIES6 0
+#define ORV_WAVELET_HAAR 1
+#define ORV_WAVELET_BIORTHOGONAL_5_3 2
+#define ORV_WAVELET_BIORTHOGONAL_9_7 3
+#define ORV_WAVELET_BIORTHOGONAL_13_11 4
+#define ORV_WAVELET_BIORTHOGONAL_9_3 5
+#define ORV_WAVELET_COUNT 6
+
+/* What ORVIHomomorphicOp returns. */
+#define ORV_HOMOMORPHIC_REFLECTANCE 1
+#define ORV_HOMOMORPHIC_LOG_REFLECTANCE 2
+#define ORV_HOMOMORPHIC_ILLUMINATION 4
+#define ORV_HOMOMORPHIC_LOG_ILLUMINATION 5
+#define ORV_HOMOMORPHIC_COMPRESSED 8 /* also stands for any other number */
+
+/* Terms of ORVIShockOp. */
+#define ORV_SHOCK_SIGN 0 /* also stands for any other number */
+#define ORV_SHOCK_DIFFUSIVE_SIGN 1
+#define ORV_SHOCK_ARCTAN 2
+#define ORV_SHOCK_DIFFUSIVE_ARCTAN 3
+
 /* Solver ids, with the name of each in the catalogue. */
 #define ORV_SOLVER_THOMAS 0               /* "Thomas" */
 #define ORV_SOLVER_JACOBI 1               /* "Jacobi" */

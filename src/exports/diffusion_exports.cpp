@@ -5,12 +5,16 @@
 #include "operators/diffusion/fast_denoiser_operator.h"
 #include "operators/diffusion/fast_restoration_operator.h"
 #include "operators/diffusion/scheme_table.h"
+#include "operators/thin/barash_aos_operator.h"
 #include "orv/orv_constants.h"
 #include "solvers/linear_solver_list.h"
 
 namespace orv {
 
 namespace {
+
+/// The systems at the ends of a line read six of its samples.
+constexpr int kShortestDeblurredLine = 6;
 
 // What decides whether a diffusion can run at all.
 struct Request {
@@ -101,10 +105,19 @@ void* ORVFastDenoiser(void* image, const char* scheme, int solverId, int iterati
     });
 }
 
-void* ORVIFAosBarashOp(void* /*image*/, int /*iterations*/, int /*kernel*/, double /*tau*/,
-                       double /*lambda*/, double /*sigma*/, double /*edgeContrast*/,
-                       bool /*keepObserved*/, bool /*colorPath*/) {
-    return nullptr;
+void* ORVIFAosBarashOp(void* image, int iterations, int kernel, double tau, double lambda,
+                       double sigma, double edgeContrast, bool keepObserved, bool colorPath) {
+    return orv::callFrame([&]() -> std::unique_ptr<orv::DiscreteImage> {
+        const orv::RgbDiscreteImage* source = orv::imageOf(image);
+        if (source == nullptr || source->width() < orv::kShortestDeblurredLine ||
+            source->height() < orv::kShortestDeblurredLine) {
+            return nullptr;
+        }
+        orv::BarashAosOperator deblurring(iterations, kernel, tau, lambda, sigma, edgeContrast,
+                                          keepObserved);
+        deblurring.setColorPath(colorPath ? 1 : 0);
+        return deblurring.apply(*source, nullptr);
+    });
 }
 
 }  // extern "C"

@@ -23,6 +23,9 @@ constexpr Keyword kFlowKeywords[] = {
     {"TV", kFlowTotalVariation},
 };
 
+constexpr Keyword kShrinkageKeywords[] = {
+    {"SureShrink", 0}, {"VisuShrink", 1}, {"Brownian", 2}};
+
 }  // namespace
 
 int findKeyword(const char* text, const Keyword* table, int count, int fallback) {
@@ -47,6 +50,11 @@ int restorationFlowNumber(const char* text) {
 int denoiserFlowNumber(const char* text) {
     return findKeyword(text, kFlowKeywords, static_cast<int>(std::size(kFlowKeywords)),
                        kFlowVariational);
+}
+
+int shrinkageNumber(const char* text) {
+    return findKeyword(text, kShrinkageKeywords,
+                       static_cast<int>(std::size(kShrinkageKeywords)), 0);
 }
 
 }  // namespace orv

@@ -26,4 +26,7 @@ int restorationFlowNumber(const char* text);
 /// none is found.
 int denoiserFlowNumber(const char* text);
 
+/// The rule number of a shrinkage keyword, that of "SureShrink" when none is found.
+int shrinkageNumber(const char* text);
+
 }  // namespace orv

@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "base/text_output.h"
 #include "orv/orv.h"
 #include "support/handle.h"
 
@@ -166,6 +167,32 @@ TEST(AllocationFailure, DenoiserGivesNullAndLeaksNothing) {
                                                       10.0, 0.2, "VAR", 1, 1);
                            }),
                   20);
+    }
+}
+
+TEST(AllocationFailure, FiltersGiveNullAndLeakNothing) {
+    const test::Handle image = test::photoHandle(12, 11, /*seed=*/1);
+    void* const source = image.get();
+    const SilencedOutput silence;
+    const struct {
+        const char* name;
+        void* (*run)(void* image);
+    } filters[] = {
+        {"blur", [](void* i) { return ORVIFVanVieltBlurringIirOp(i, 2.0); }},
+        {"homomorphic", [](void* i) { return ORVIHomomorphicOp(i, 2.0, 8); }},
+        {"retinex", [](void* i) { return ORVRetinex(i, 2.0, 0.1, 0.1, 3); }},
+        {"shock", [](void* i) { return ORVIShockOp(i, 3, 2, 0.2); }},
+        {"susan", [](void* i) { return ORVISusanRestoration(i, 2, 20.0, 3.0); }},
+        {"deblur",
+         [](void* i) { return ORVIFAosBarashOp(i, 2, 3, 0.1, 1.0, 1.0, 9.0, false, true); }},
+        {"recolor", [](void* i) { return ORVISimpleColorTranfer(i, i); }},
+        {"colorize", [](void* i) { return ORVIColorToGreyTranfertOp(i, i); }},
+    };
+    for (const auto& filter : filters) {
+        SCOPED_TRACE(filter.name);
+        for (const bool stayFailed : {false, true}) {
+            EXPECT_GT(failEach(stayFailed, [&] { return filter.run(source); }), 3);
+        }
     }
 }
 

@@ -78,6 +78,15 @@ TEST(Keyword, LongerWeickertKeywordsAreTestedBeforeTheShortOne) {
     EXPECT_EQ(restorationFlowNumber("WE3WE2"), 11);
 }
 
+TEST(Keyword, ShrinkageKeywordsAreFoundInTheirOrder) {
+    EXPECT_EQ(shrinkageNumber("SureShrink"), 0);
+    EXPECT_EQ(shrinkageNumber("VisuShrink"), 1);
+    EXPECT_EQ(shrinkageNumber("Brownian"), 2);
+    EXPECT_EQ(shrinkageNumber("BrownianVisuShrinkSureShrink"), 0);
+    EXPECT_EQ(shrinkageNumber("xBrownianVisuShrink"), 1);
+    EXPECT_EQ(shrinkageNumber("sureshrink Visu brownian"), 0);
+}
+
 TEST(Keyword, UnknownFlowDependsOnTheExport) {
     for (const char* text : {"", " ", "pm", "we", "var", "V", "W E", "T V"}) {
         EXPECT_EQ(restorationFlowNumber(text), 1) << text;

@@ -5,42 +5,13 @@
 #include "exports/progress_window.h"
 #include "orv/orv.h"
 #include "support/handle.h"
+#include "support/progress_recording.h"
 
 namespace orv {
 namespace {
 
 // Taken before any test can set a callback.
 const ProgressWindow windowAtStart = progressWindow();
-
-std::vector<int>* reports = nullptr;
-
-void ORV_CALLBACK record(int value) {
-    reports->push_back(value);
-}
-
-// Records while it lives and leaves reporting off.
-class Recording {
-  public:
-    Recording() {
-        reports = &values;
-        SetORVCallBack(record);
-    }
-    ~Recording() {
-        SetORVCallBack(nullptr);
-        reports = nullptr;
-    }
-    Recording(const Recording&) = delete;
-    Recording& operator=(const Recording&) = delete;
-
-    std::vector<int> take() {
-        std::vector<int> taken;
-        taken.swap(values);
-        return taken;
-    }
-
-  private:
-    std::vector<int> values;
-};
 
 test::Handle run(const test::Handle& image, const char* scheme, int iterations) {
     return test::Handle(
@@ -60,7 +31,7 @@ TEST(Progress, WindowIsAllZeroBeforeTheFirstCallback) {
 
 TEST(Progress, OneAosCallReportsThreePlanesOfLines) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
-    Recording recording;
+    test::ProgressRecording recording;
 
     run(image, "AOS", 1);
 
@@ -69,7 +40,7 @@ TEST(Progress, OneAosCallReportsThreePlanesOfLines) {
 
 TEST(Progress, CallWithoutResetReportsIntoTheLastSliceOfTheOneBefore) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
-    Recording recording;
+    test::ProgressRecording recording;
     run(image, "AOS", 1);
     recording.take();
 
@@ -84,11 +55,11 @@ TEST(Progress, CallWithoutResetReportsIntoTheLastSliceOfTheOneBefore) {
 
 TEST(Progress, SettingTheCallbackAgainGivesTheWholeScaleAgain) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
-    Recording recording;
+    test::ProgressRecording recording;
     run(image, "AOS", 1);
     recording.take();
 
-    SetORVCallBack(record);
+    recording.reset();
     run(image, "AOS", 1);
 
     EXPECT_EQ(recording.take(), kOneCall);
@@ -96,7 +67,7 @@ TEST(Progress, SettingTheCallbackAgainGivesTheWholeScaleAgain) {
 
 TEST(Progress, TwoStepsClimbPastTheEndOfTheScale) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
-    Recording recording;
+    test::ProgressRecording recording;
 
     run(image, "AOS", 2);
 
@@ -111,7 +82,7 @@ TEST(Progress, TwoStepsClimbPastTheEndOfTheScale) {
 
 TEST(Progress, OtherSchemesReportNothing) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
-    Recording recording;
+    test::ProgressRecording recording;
 
     for (const char* scheme : {"2DSemi", "2DImplicit", "LOD", "AFI", "ADI", "AMOS"}) {
         run(image, scheme, 1);
@@ -136,7 +107,7 @@ TEST(Progress, ExceptionOfACallbackGivesNull) {
 
 TEST(Progress, RefusedCallReportsNothing) {
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
-    Recording recording;
+    test::ProgressRecording recording;
 
     const test::Handle refused(
         ORVFastRestoration(image.get(), "AOS", 42, 1, 1.0, 5, 0.0, 10.0, "PM", 0, 0));
@@ -146,7 +117,7 @@ TEST(Progress, RefusedCallReportsNothing) {
 }
 
 TEST(Progress, ConvertingAndReadingReportNothing) {
-    Recording recording;
+    test::ProgressRecording recording;
 
     const test::Handle image = test::photoHandle(4, 3, /*seed=*/1);
     test::pixelsOf(image);

@@ -38,8 +38,9 @@ void SwatchSearch::build() {
         }
     }
     const auto scoreAt = [&](int k) { return scores_[static_cast<std::size_t>(k)]; };
-    std::stable_sort(byScore.begin(), byScore.end(),
-                     [&](int a, int b) { return scoreAt(a) < scoreAt(b); });
+    std::sort(byScore.begin(), byScore.end(), [&](int a, int b) {
+        return scoreAt(a) < scoreAt(b) || (scoreAt(a) == scoreAt(b) && a < b);
+    });
     for (const int k : byScore) {
         if (order_.empty() || order_.back() < scoreAt(k)) {
             order_.push_back(scoreAt(k));
