@@ -86,6 +86,24 @@ TEST(WaveletFilterBanks, SynthesisTapsAreTheAnalysisTapsOfTheOtherBandWithTurned
     }
 }
 
+TEST(WaveletFilterBanks, OrthonormalWaveletsAreUndoneByTheirMirroredTaps) {
+    const WaveletBanks banks;
+    for (int i = 0; i < 2; ++i) {
+        SCOPED_TRACE(i);
+        const int last = banks.analysisLow[i].length - 1;
+        double squares = 0.0;
+        for (int k = 0; k <= last; ++k) {
+            const double low = banks.analysisLow[i].taps[k];
+            EXPECT_EQ(banks.synthesisLow[i].taps[last - k], low);
+            EXPECT_EQ(banks.synthesisHigh[i].taps[last - k], banks.analysisHigh[i].taps[k]);
+            EXPECT_EQ(std::abs(banks.analysisHigh[i].taps[last - k]), std::abs(low));
+            squares += low * low;
+        }
+        // Twelve and nine published decimals.
+        EXPECT_NEAR(squares, 1.0, i == 0 ? 1e-11 : 1e-9);
+    }
+}
+
 TEST(WaveletFilterBanks, TapsBeyondTheLengthStayAsTheyWere) {
     WaveletFilter banks[4][kWaveletCount];
     for (auto& bank : banks) {
