@@ -4,20 +4,26 @@
 
 #include "methods/blur_method.h"
 #include "methods/colorize_method.h"
+#include "methods/curvature_method.h"
+#include "methods/deblur_method.h"
 #include "methods/denoise_method.h"
+#include "methods/homomorphic_method.h"
 #include "methods/json_text.h"
 #include "methods/recolor_method.h"
 #include "methods/restore_method.h"
 #include "methods/retinex_method.h"
+#include "methods/shock_method.h"
+#include "methods/susan_method.h"
 #include "methods/wavelet_method.h"
 
 namespace orv {
 
 namespace {
 
-constinit const std::array<const Method*, 7> kMethods{
-    &kRestoreMethod,  &kDenoiseMethod, &kRetinexMethod, &kRecolorMethod,
-    &kColorizeMethod, &kBlurMethod,    &kWaveletMethod};
+constinit const std::array<const Method*, 12> kMethods{
+    &kRestoreMethod,   &kDenoiseMethod,  &kRetinexMethod, &kHomomorphicMethod,
+    &kRecolorMethod,   &kColorizeMethod, &kBlurMethod,    &kDeblurMethod,
+    &kCurvatureMethod, &kWaveletMethod,  &kShockMethod,   &kSusanMethod};
 
 std::string_view kindName(ParameterKind kind) {
     switch (kind) {

@@ -1,0 +1,54 @@
+#include "methods/shock_method.h"
+
+#include <array>
+#include <utility>
+
+#include "methods/plane_run.h"
+#include "operators/shock/shock_operator.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::array<Choice, 4> kMethods{{
+    {"sign", 0, "full speed everywhere; sharpest, and noise grows with it"},
+    {"diffusive-sign", 1, "full speed, smoothed along edges"},
+    {"arctan", 2, "weak edges move slower, from step to step less so"},
+    {"diffusive-arctan", 3, "weak edges move slower, smoothed along edges"},
+}};
+
+std::span<const Choice> methodChoices() {
+    return kMethods;
+}
+
+constexpr std::array<Parameter, 5> kParameters{
+    numberedChoice("method", 3, methodChoices, "how the speed follows from the curvature"),
+    integer("iterations", "steps", 10, 0, 10000,
+            "steps; edges that are n pixels wide need about n / (2 step)"),
+    real("step", "pixels", 0.2, 0.0, 1.0, "length of a step; from 0.5 on flat regions flicker"),
+    real("diffusion", "weight", kShockDiffusionWeight, 0.0, 1.0,
+         "smoothing along edges in the two diffusive methods"),
+    real("arctan-scale", "per grey level", kShockArctanScale, 0.0, 1000.0,
+         "curvature at which the two arctan methods come to speed; more is harder"),
+};
+
+constexpr std::array<std::string_view, 3> kLiterature{
+    "Osher, Rudin: Feature-oriented image enhancement using shock filters, 1990",
+    "Alvarez, Mazorra: Signal and image restoration using shock filters and anisotropic "
+    "diffusion, 1994",
+    "Gilboa, Sochen, Zeevi: Regularized shock filters and complex diffusion, 2002",
+};
+
+MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
+    ShockOperator op(arguments.integer("iterations"), arguments.integer("method"),
+                     arguments.real("step"), arguments.real("diffusion"),
+                     arguments.real("arctan-scale"));
+    return runRealOperator(std::move(planes), progress, op);
+}
+
+}  // namespace
+
+constinit const Method kShockMethod{"shock", "Sharpen soft edges to steps by a shock filter",
+                                    kParameters, kLiterature, run};
+
+}  // namespace orv
