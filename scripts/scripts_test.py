@@ -11,6 +11,7 @@ import check_layers
 import check_quirks
 import check_sizes
 import check_words
+import make_grey
 import png_io
 import psnr
 import side_by_side
@@ -131,6 +132,22 @@ class Png(unittest.TestCase):
 
 
 class Pictures(unittest.TestCase):
+    def test_grey_weighs_the_channels(self):
+        colour = png_io.Picture(2, 1, 3, bytearray([255, 0, 0, 10, 20, 30]))
+
+        grey = make_grey.grey(colour)
+
+        self.assertEqual((grey.channels, list(grey.samples)), (1, [76, 18]))
+        self.assertIs(make_grey.grey(grey), grey)
+
+    def test_grey_beside_colour_gets_three_channels(self):
+        grey = png_io.Picture(1, 1, 1, bytearray([7]))
+        colour = png_io.Picture(1, 1, 3, bytearray([1, 2, 3]))
+
+        both = side_by_side.join([grey, colour])
+
+        self.assertEqual(list(both.samples), [7] * 3 + [255] * 24 + [1, 2, 3])
+
     def test_psnr_of_a_known_difference(self):
         first = png_io.Picture(2, 1, 1, bytearray([10, 10]))
         second = png_io.Picture(2, 1, 1, bytearray([10, 12]))

@@ -5,6 +5,7 @@
     side_by_side.py before.png after.png both.png --part 200,100,120,80 --zoom 3
 
 A part is cut out of every picture first; zoom repeats each pixel, so that no sample changes.
+Beside a colour picture, a grey one gets three equal channels.
 """
 
 import argparse
@@ -39,8 +40,18 @@ def zoom(picture, factor):
     return Picture(picture.width * factor, picture.height * factor, step, samples)
 
 
+def in_colour(picture):
+    """Returns a grey picture with three equal channels, any other as it is."""
+    if picture.channels != 1:
+        return picture
+    samples = b"".join(picture.samples[i : i + 1] * 3 for i in range(len(picture.samples)))
+    return Picture(picture.width, picture.height, 3, samples)
+
+
 def join(pictures):
     """Returns one Picture; raises ValueError when sizes or channels differ."""
+    if any(picture.channels == 3 for picture in pictures):
+        pictures = [in_colour(picture) for picture in pictures]
     first = pictures[0]
     forms = {(p.width, p.height, p.channels) for p in pictures}
     if len(forms) != 1:
