@@ -33,7 +33,7 @@ class FloatRecursive2dBlurOperator : public FloatOperator {
     /// Shapes:  source w x h, both at least 3: a line starts with its third sample; target of
     ///          that size, or null. Every sample of the target is written.
     /// Fails:   never; ends early, with the samples so far, when the work is cancelled.
-    /// Cost:    14 floating-point operations a sample and axis; a strip of at most 128 columns.
+    /// Cost:    14 floating-point operations a sample and axis; a strip of at most 64 columns.
     std::unique_ptr<FloatImage> apply(const FloatImage& source,
                                       std::unique_ptr<FloatImage> target) override;
     /// Writes "Float Recursive 2d Blur Operator\n".

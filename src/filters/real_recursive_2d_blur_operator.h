@@ -31,7 +31,7 @@ class RealRecursive2dBlurOperator : public RealOperator {
     /// Shapes:  source w x h, both at least 3: a line starts with its third sample; target of
     ///          that size, or null. Every sample of the target is written.
     /// Fails:   never; ends early, with the samples so far, when the work is cancelled.
-    /// Cost:    14 floating-point operations a sample and axis; a strip of at most 128 columns.
+    /// Cost:    14 floating-point operations a sample and axis; a strip of at most 64 columns.
     std::unique_ptr<RealImage> apply(const RealImage& source,
                                      std::unique_ptr<RealImage> target) override;
     /// Writes "Real Recursive 2d Blur Operator\n".

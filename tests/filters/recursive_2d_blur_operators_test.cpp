@@ -146,7 +146,7 @@ TYPED_TEST(Recursive2dBlurOperator, GivesThePlainFormsBitsOverSeveralBlocks) {
     TypeParam narrow(0.5);
     TypeParam wide(40.0);
     testing::internal::GetCapturedStdout();
-    // Full blocks of 128, 64, 32 and 16 columns, a rest, and ends at every place of a tile.
+    // Full blocks of 64, 32 and 16 columns, a rest, and ends at every place of a tile.
     for (const int w : {127, 128, 129, 141, 257, 300}) {
         this->compare(narrow, w, 37);
         this->compare(wide, w, 3);

@@ -23,6 +23,16 @@ struct RecursionHistory {
     const Sample* far;
 };
 
+/// Neighbouring columns that the recursion along x runs over, in its direction.
+template <class Sample>
+struct ColumnRun {
+    const Sample* in;       ///< the first column that is read
+    Sample* out;            ///< the first column that is written; may be `in`
+    std::ptrdiff_t stride;  ///< from one column to the next, negative for a run to the left
+    int columns;
+    int length;  ///< samples of a column
+};
+
 /// Up to `lanes` neighbouring columns of a plane, `stride` samples apart.
 template <class Sample>
 struct ColumnBlock {
@@ -36,15 +46,13 @@ struct ColumnBlock {
 /// the order of the formula from left to right, so that every target gives the same bits.
 template <class Sample>
 struct RecursionKernels {
-    /// One step of the recursion along x for all rows.
-    ///
-    /// Shapes:  `in`, `out` and the history n samples each; `out` may be `in`.
-    void (*step)(const RecursionCoefficients<Sample>& coefficients, const Sample* in,
-                 const RecursionHistory<Sample>& history, std::size_t n, Sample* out);
+    /// The recursion along x for all rows of a run; the history stands before its first column.
+    void (*runAlongX)(const RecursionCoefficients<Sample>& coefficients,
+                      const ColumnRun<Sample>& run, const RecursionHistory<Sample>& history);
 
     /// The recursion down and up each column in place, with reflected ends.
     ///
-    /// Shapes:  `strip` (length + 3) * lanes samples; lanes 16, 32, 64 or 128.
+    /// Shapes:  `strip` (length + 3) * lanes samples; lanes 16, 32 or 64.
     void (*blurColumns)(const RecursionCoefficients<Sample>& coefficients,
                         const ColumnBlock<Sample>& block, Sample* strip, int lanes);
 };

@@ -11,21 +11,65 @@ namespace {
 
 constexpr int kTile = 8;
 
+// What a step computes at once, and fetches of the next column.
+constexpr int kStepBytes = 256;
+constexpr int kLineBytes = 64;
+// Pieces of the columns that a step reads, and of the next one, fit the first-level cache.
+constexpr int kPieceBytes = 4096;
+
 template <class Sample>
-void step(const RecursionCoefficients<Sample>& coefficients, const Sample* in,
-          const RecursionHistory<Sample>& history, std::size_t n, Sample* out) {
+[[gnu::always_inline]] inline void stepSamples(const RecursionCoefficients<Sample> k,
+                                               const Sample* in,
+                                               const RecursionHistory<Sample>& history,
+                                               int from, int to, Sample* out) {
+    ORV_LANE_LOOP
+    for (int i = from; i < to; ++i) {
+        out[i] = k.gain * in[i] + k.near * history.near[i] + k.middle * history.middle[i] +
+                 k.far * history.far[i];
+    }
+}
+
+// One step of the recursion for samples `from` to `to` of a column; the same samples `ahead` of
+// it are fetched.
+template <class Sample>
+void stepPiece(const RecursionCoefficients<Sample>& coefficients, const Sample* in,
+               const RecursionHistory<Sample>& history, int from, int to, std::ptrdiff_t ahead,
+               Sample* out) {
+    constexpr int kBlock = kStepBytes / static_cast<int>(sizeof(Sample));
+    constexpr int kLine = kLineBytes / static_cast<int>(sizeof(Sample));
     const RecursionCoefficients<Sample> k = coefficients;
     const RecursionHistory<Sample> before = history;
-    ORV_LANE_LOOP
-    for (std::size_t i = 0; i < n; ++i) {
-        out[i] = k.gain * in[i] + k.near * before.near[i] + k.middle * before.middle[i] +
-                 k.far * before.far[i];
+    int i = from;
+    for (; i + kBlock <= to; i += kBlock) {
+        for (int line = 0; line < kBlock; line += kLine) {
+            ORV_PREFETCH(in + ahead + i + line);
+            ORV_PREFETCH_WRITE(out + ahead + i + line);
+        }
+        stepSamples(k, in, before, i, i + kBlock, out);
+    }
+    stepSamples(k, in, before, i, to, out);
+}
+
+template <class Sample>
+void runAlongX(const RecursionCoefficients<Sample>& coefficients, const ColumnRun<Sample>& run,
+               const RecursionHistory<Sample>& history) {
+    constexpr int kPiece = kPieceBytes / static_cast<int>(sizeof(Sample));
+    for (int from = 0; from < run.length; from += kPiece) {
+        const int to = run.length - from < kPiece ? run.length : from + kPiece;
+        RecursionHistory<Sample> before = history;
+        for (int column = 0; column < run.columns; ++column) {
+            const std::ptrdiff_t offset = column * run.stride;
+            const bool more = column + 1 < run.columns;
+            stepPiece(coefficients, run.in + offset, before, from, to, more ? run.stride : 0,
+                      run.out + offset);
+            before = {run.out + offset, before.near, before.middle};
+        }
     }
 }
 
 // Rows of `lanes` samples: `out` from `in` and the three rows before it, `rowStep` samples on.
 template <int kLanes, class Sample>
-[[gnu::always_inline]] inline void stepRow(const RecursionCoefficients<Sample>& k,
+[[gnu::always_inline]] inline void stepRow(const RecursionCoefficients<Sample> k,
                                            const Sample* in, const Sample* near,
                                            std::ptrdiff_t rowStep, Sample* out) {
     const Sample* middle = near + rowStep;
@@ -74,7 +118,7 @@ void scatterTile(const Sample* tile, int first, int rows, const ColumnBlock<Samp
 
 // Fills the strip: three rows of reflected samples, then the recursion downwards.
 template <int kLanes, class Sample>
-void runDown(const RecursionCoefficients<Sample>& k, const ColumnBlock<Sample>& block,
+void runDown(const RecursionCoefficients<Sample> k, const ColumnBlock<Sample>& block,
              Sample* strip) {
     alignas(64) Sample tile[kTile * kLanes] = {};
     gatherTile<kLanes>(block, 0, 3, tile);
@@ -95,7 +139,7 @@ void runDown(const RecursionCoefficients<Sample>& k, const ColumnBlock<Sample>& 
 
 // The recursion upwards over the strip, its rows written back to the columns.
 template <int kLanes, class Sample>
-void runUp(const RecursionCoefficients<Sample>& k, const Sample* strip,
+void runUp(const RecursionCoefficients<Sample> k, const Sample* strip,
            const ColumnBlock<Sample>& block) {
     // The rows below the one that is computed stand behind it.
     alignas(64) Sample tile[(kTile + 3) * kLanes];
@@ -118,9 +162,8 @@ void runUp(const RecursionCoefficients<Sample>& k, const Sample* strip,
 template <int kLanes, class Sample>
 void blurLanes(const RecursionCoefficients<Sample>& coefficients,
                const ColumnBlock<Sample>& block, Sample* strip) {
-    const RecursionCoefficients<Sample> k = coefficients;
-    runDown<kLanes>(k, block, strip);
-    runUp<kLanes>(k, strip, block);
+    runDown<kLanes>(coefficients, block, strip);
+    runUp<kLanes>(coefficients, strip, block);
 }
 
 template <class Sample>
@@ -131,10 +174,8 @@ void blurColumns(const RecursionCoefficients<Sample>& coefficients,
             return blurLanes<16>(coefficients, block, strip);
         case 32:
             return blurLanes<32>(coefficients, block, strip);
-        case 64:
-            return blurLanes<64>(coefficients, block, strip);
         default:
-            return blurLanes<128>(coefficients, block, strip);
+            return blurLanes<64>(coefficients, block, strip);
     }
 }
 
@@ -142,8 +183,8 @@ void blurColumns(const RecursionCoefficients<Sample>& coefficients,
 
 extern const RecursiveBlurKernels kRecursiveBlurKernels;
 constinit const RecursiveBlurKernels kRecursiveBlurKernels = {
-    {step<float>, blurColumns<float>},
-    {step<double>, blurColumns<double>},
+    {runAlongX<float>, blurColumns<float>},
+    {runAlongX<double>, blurColumns<double>},
 };
 
 }  // namespace orv::ORV_KERNEL_NAMESPACE

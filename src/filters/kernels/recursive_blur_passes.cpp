@@ -17,7 +17,7 @@ constexpr int kLeastLanes = 16;
 
 int lanesFor(int width, int height, std::size_t sampleBytes) {
     const std::size_t bytesPerLane = 2 * static_cast<std::size_t>(height) * sampleBytes;
-    for (const int lanes : {128, 64, 32}) {
+    for (const int lanes : {64, 32}) {
         if (width >= lanes && bytesPerLane * static_cast<std::size_t>(lanes) <= kCacheBytes) {
             return lanes;
         }
@@ -74,9 +74,17 @@ class Blur {
     }
 
   private:
-    void step(const Sample* in, RecursionHistory<Sample>& history, Sample* out) {
-        kernels_.step(coefficients_, in, history, rows_, out);
-        history = {out, history.near, history.middle};
+    // The recursion over a run of columns, to the right with `direction` 1, to the left with -1;
+    // the history becomes that of the column behind it.
+    void runAlongX(const Image& in, int first, int columns, int direction,
+                   RecursionHistory<Sample>& history) {
+        const ColumnRun<Sample> run = {in.row(first), target_.row(first),
+                                       direction * static_cast<std::ptrdiff_t>(rows_), columns,
+                                       height_};
+        kernels_.runAlongX(coefficients_, run, history);
+        for (int i = std::max(0, columns - 3); i < columns; ++i) {
+            history = {target_.row(first + direction * i), history.near, history.middle};
+        }
     }
 
     bool forwardAlongX() {
@@ -84,11 +92,11 @@ class Blur {
         // quirk: blur-line-start
         RecursionHistory<Sample> history =
             saved_.save(source_.row(0), source_.row(1), source_.row(2));
-        for (int x = 0; x < width_; ++x) {
-            if (!reportLine(x, 2 * width_)) {
+        for (int first = 0; first < width_; first += lanes_) {
+            if (!reportWork(first, 3 * width_)) {
                 return false;
             }
-            step(source_.row(x), history, target_.row(x));
+            runAlongX(source_, first, std::min(lanes_, width_ - first), 1, history);
         }
         return true;
     }
@@ -97,18 +105,15 @@ class Blur {
         RecursionHistory<Sample> history = saved_.save(
             target_.row(width_ - 1), target_.row(width_ - 2), target_.row(width_ - 3));
         for (int end = width_; end > 0;) {
-            const int columns = std::min(lanes_, end);
-            const int first = end - columns;
-            for (int x = end - 1; x >= first; --x) {
-                if (!reportLine(2 * width_ - 1 - x, 2 * width_)) {
-                    return;
-                }
-                step(target_.row(x), history, target_.row(x));
+            if (!reportWork(3 * width_ - 2 * end, 3 * width_)) {
+                return;
             }
+            const int columns = std::min(lanes_, end);
+            runAlongX(target_, end - 1, columns, -1, history);
             history = saved_.save(history.near, history.middle, history.far);
-            kernels_.blurColumns(coefficients_, {target_.row(first), rows_, columns, height_},
+            end -= columns;
+            kernels_.blurColumns(coefficients_, {target_.row(end), rows_, columns, height_},
                                  static_cast<Sample*>(strip_.data()), lanes_);
-            end = first;
         }
     }
 
