@@ -22,6 +22,10 @@ constexpr int kPassesPerLevel = 4;
 /// Samples of a run: as many as stay in the first cache beside their results.
 constexpr std::size_t kRun = 1024;
 
+constexpr std::size_t sizeOf(int n) {
+    return static_cast<std::size_t>(n);
+}
+
 /// The coarse columns between which column x of the finer plane lies; null for one that is
 /// missing.
 struct CoarseColumns {
@@ -53,25 +57,47 @@ void expandTo(const RealImage& coarse, const RealImage& level, int x, double bef
                          target, level.height());
 }
 
-std::unique_ptr<RealImage> expanded(const RealImage& coarse, const RealImage& level) {
+void expandAll(const RealImage& coarse, const RealImage& level, RealImage& target) {
     const RetinexKernels& kernels = retinexKernels();
-    auto finer = RealImage::uninitialised(level.width(), level.height());
     double before = 0.0;
     for (int x = 0; x < level.width(); ++x) {
-        expandTo(coarse, level, x, before, finer->row(x), kernels);
-        before = finer->row(x)[level.height() - 1];
+        expandTo(coarse, level, x, before, target.row(x), kernels);
+        before = target.row(x)[level.height() - 1];
     }
-    return finer;
+}
+
+/// The sample that is done before column x of the expanded plane, for columns that keep it; they
+/// are the last one or two.
+double sampleBefore(const RealImage& coarse, const RealImage& level, int x,
+                    std::vector<double>& column, const RetinexKernels& kernels) {
+    if (coarseColumns(coarse, x).left != nullptr) {
+        return 0.0;
+    }
+    const double before = sampleBefore(coarse, level, x - 1, column, kernels);
+    expandTo(coarse, level, x - 1, before, column.data(), kernels);
+    return column.back();
 }
 
 /// The samples of a column as the method sees them: its own, or scaled into `buffer`.
 const double* scaledColumn(const double* samples, const SampleScaling& scaling,
                            std::vector<double>& buffer, const RetinexKernels& kernels) {
-    if (scaling.offset == 0.0 && scaling.divisor == 1.0) {
+    if (scaling.offset == 0.0 && scaling.scale == 1.0) {
         return samples;
     }
-    kernels.rescale(samples, scaling.offset, scaling.divisor, buffer.data(), buffer.size());
+    kernels.rescale(samples, scaling.offset, scaling.scale, buffer.data(), buffer.size());
     return buffer.data();
+}
+
+void takeLogarithm(const RealImage& source, const SampleScaling& scaling, RealImage& target) {
+    const RetinexKernels& kernels = retinexKernels();
+    const ElementaryKernels& elementary = elementaryKernels();
+    const std::size_t count = source.sampleCount();
+    for (std::size_t at = 0; at < count; at += kRun) {
+        const std::size_t n = std::min(kRun, count - at);
+        double* const samples = target.data() + at;
+        kernels.rescale(source.data() + at, scaling.offset, scaling.scale, samples, n);
+        elementary.log(samples, samples, n);
+    }
 }
 
 }  // namespace
@@ -141,56 +167,57 @@ std::unique_ptr<RealImage> VariationalRetinex::applyScaled(const RealImage& sour
         target->setFlag(source.flag());
     }
     WorkAccount account(source, levels_);
-    std::unique_ptr<RealImage> logarithm = logarithmOf(source, scaling, account);
-    pyramid_ = builder_->buildFrom(std::move(logarithm), std::move(pyramid_));
+    prepare(source);
+    takeLogarithm(source, scaling, *target);
+    account.logarithm(source.sampleCount());
 
-    const std::unique_ptr<RealImage> l = descend(account);
-    divideByIllumination(source, scaling, *l, *target, account);
+    // The logarithm is level 0, and the result takes its place.
+    pyramid_ = builder_->buildFrom(std::move(target), std::move(pyramid_));
+    descend(account);
+    target = pyramid_->takeLevel(0);
+    divideByIllumination(source, scaling, *target, account);
     return target;
 }
 
-std::unique_ptr<RealImage> VariationalRetinex::logarithmOf(const RealImage& source,
-                                                           const SampleScaling& scaling,
-                                                           WorkAccount& account) {
-    const RetinexKernels& kernels = retinexKernels();
-    const ElementaryKernels& elementary = elementaryKernels();
-    // Level 0 of the plane before is done with.
-    auto plane = builder_->fits(pyramid_.get(), source.width(), source.height())
-                     ? pyramid_->takeLevel(0)
-                     : RealImage::uninitialised(source.width(), source.height());
-    const std::size_t count = source.sampleCount();
-    for (std::size_t at = 0; at < count; at += kRun) {
-        const std::size_t n = std::min(kRun, count - at);
-        double* const samples = plane->data() + at;
-        kernels.rescale(source.data() + at, scaling.offset, scaling.divisor, samples, n);
-        elementary.log(samples, samples, n);
-        account.logarithm(n);
+void VariationalRetinex::prepare(const RealImage& source) {
+    if (builder_->fits(pyramid_.get(), source.width(), source.height())) {
+        return;
     }
-    return plane;
+    pyramid_ = nullptr;
+    light_.clear();
+    light_.push_back(nullptr);
+    int width = source.width();
+    int height = source.height();
+    for (int k = 1; k < levels_; ++k) {
+        width /= 2;
+        height /= 2;
+        light_.push_back(RealImage::uninitialised(width, height));
+    }
+    if (levels_ > 1) {
+        direction_ = RealImage::uninitialised(source.width() / 2, source.height() / 2);
+    }
 }
 
-/// The estimate at level 1, or at level 0 where that is the only one.
-///
-/// Level 0 gets no passes, so it is expanded column by column where it is used.
-std::unique_ptr<RealImage> VariationalRetinex::descend(WorkAccount& account) const {
+void VariationalRetinex::descend(WorkAccount& account) {
     const RealImage& coarsest = *pyramid_->level(levels_ - 1);
-    auto l = RealImage::uninitialised(coarsest.width(), coarsest.height());
-    l->fill(retinexKernels().largest(coarsest.data(), coarsest.sampleCount()));
-    for (int k = levels_ - 1; k > 0; --k) {
-        improve(*l, k, account);
+    brightest_ = retinexKernels().largest(coarsest.data(), coarsest.sampleCount());
+    if (levels_ > 1) {
+        light_.back()->fill(brightest_);
+    }
+    for (int k = levels_ - 1; k > 0 && !workCancelled(); --k) {
+        improve(k, account);
         if (k > 1) {
-            l = expanded(*l, *pyramid_->level(k - 1));
+            expandAll(*light_[sizeOf(k)], *pyramid_->level(k - 1), *light_[sizeOf(k - 1)]);
         }
     }
-    return l;
 }
 
-void VariationalRetinex::improve(RealImage& l, int k, WorkAccount& account) const {
+void VariationalRetinex::improve(int k, WorkAccount& account) {
     const RetinexKernels& kernels = retinexKernels();
     const RealImage& s = *pyramid_->level(k);
-    const auto g = RealImage::uninitialised(l.width(), l.height());
-    const RetinexLevel level = {l.width(), l.height(), s.data(), l.data(),
-                                g->data(), alpha_,     beta_};
+    RealImage& l = *light_[sizeOf(k)];
+    double* const g = direction_->data();
+    const RetinexLevel level = {l.width(), l.height(), s.data(), l.data(), g, alpha_, beta_};
     const double count = static_cast<double>(l.sampleCount());
     double mu = 0.0;
     for (int pass = 0; pass < kPassesPerLevel * k; ++pass) {
@@ -203,30 +230,35 @@ void VariationalRetinex::improve(RealImage& l, int k, WorkAccount& account) cons
             return;
         }
     }
-    kernels.step(l.data(), g->data(), s.data(), mu, l.sampleCount());
+    kernels.step(l.data(), g, s.data(), mu, l.sampleCount());
 }
 
+/// Level 0 gets no passes, so its estimate is expanded column by column where it is used.
+///
+/// `target` comes as level 0 and goes as the result. A column of the estimate needs level 0 at
+/// half its x, so that from the last column to the first nothing is lost that is yet needed.
 void VariationalRetinex::divideByIllumination(const RealImage& source,
-                                              const SampleScaling& scaling, const RealImage& l,
-                                              RealImage& target, WorkAccount& account) const {
+                                              const SampleScaling& scaling, RealImage& target,
+                                              WorkAccount& account) const {
     const RetinexKernels& kernels = retinexKernels();
     const ElementaryKernels& elementary = elementaryKernels();
     const double exponent = 1.0 - 1.0 / gamma_;
-    const std::size_t height = static_cast<std::size_t>(source.height());
+    const std::size_t height = sizeOf(source.height());
     std::vector<double> buffer(height);
-    std::vector<double> illumination(height);
-    double before = 0.0;
-    for (int x = 0; x < source.width(); ++x) {
+    std::vector<double> column(height);
+    double* const light = column.data();
+    for (int x = source.width() - 1; x >= 0; --x) {
         if (levels_ == 1) {
-            std::copy_n(l.row(x), height, illumination.data());
+            std::fill_n(light, height, brightest_);
         } else {
-            expandTo(l, *pyramid_->level(0), x, before, illumination.data(), kernels);
-            before = illumination.back();
+            const RealImage& coarse = *light_[1];
+            const double before = sampleBefore(coarse, target, x, column, kernels);
+            expandTo(coarse, target, x, before, light, kernels);
         }
-        elementary.exp(illumination.data(), illumination.data(), height);
-        elementary.pow(illumination.data(), exponent, illumination.data(), height);
+        elementary.exp(light, light, height);
+        elementary.pow(light, exponent, light, height);
         const double* const samples = scaledColumn(source.row(x), scaling, buffer, kernels);
-        kernels.divideInto(samples, illumination.data(), scaling.factor, target.row(x), height);
+        kernels.divideInto(samples, light, scaling.factor, target.row(x), height);
         if (!account.finish(height)) {
             return;
         }

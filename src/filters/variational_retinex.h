@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <vector>
 
 #include "schemes/plane_operators/real_operator.h"
 
@@ -10,11 +11,11 @@ namespace orv {
 class PyramidBuilder;
 class RealImagePyramid;
 
-/// How samples come into the Retinex and how they leave it: (sample + offset) / divisor goes
+/// How samples come into the Retinex and how they leave it: (sample + offset) scale goes
 /// in, result x factor comes out.
 struct SampleScaling {
     double offset = 0.0;
-    double divisor = 1.0;
+    double scale = 1.0;
     double factor = 1.0;
 };
 
@@ -54,8 +55,9 @@ class VariationalRetinex : public RealOperator {
     ///          that G is 0 makes mu 0 / 0, and the projection then gives s.
     /// Fails:   null for levels that the plane doesn't allow; ends early, the target
     ///          unfinished, when the work is cancelled.
-    /// Cost:    one logarithm, exponential and power a sample; the passes touch less than half
-    ///          as many samples as the plane has. About two planes beside source and target.
+    /// Cost:    one logarithm, exponential and power a sample; the passes touch twice as many
+    ///          samples as the plane has. The target holds the logarithm on the way; beside it
+    ///          the work takes a plane's memory, which is kept for the next run.
     std::unique_ptr<RealImage> apply(const RealImage& source,
                                      std::unique_ptr<RealImage> target) override;
 
@@ -73,13 +75,11 @@ class VariationalRetinex : public RealOperator {
   private:
     class WorkAccount;
 
-    std::unique_ptr<RealImage> logarithmOf(const RealImage& source,
-                                           const SampleScaling& scaling, WorkAccount& account);
-    std::unique_ptr<RealImage> descend(WorkAccount& account) const;
-    void improve(RealImage& l, int k, WorkAccount& account) const;
+    void prepare(const RealImage& source);
+    void descend(WorkAccount& account);
+    void improve(int k, WorkAccount& account);
     void divideByIllumination(const RealImage& source, const SampleScaling& scaling,
-                              const RealImage& l, RealImage& target,
-                              WorkAccount& account) const;
+                              RealImage& target, WorkAccount& account) const;
 
     double gamma_;
     double alpha_;
@@ -87,6 +87,11 @@ class VariationalRetinex : public RealOperator {
     int levels_;
     std::unique_ptr<PyramidBuilder> builder_;
     std::unique_ptr<RealImagePyramid> pyramid_;
+
+    // Work of a run, kept for the next plane of its size.
+    double brightest_ = 0.0;
+    std::vector<std::unique_ptr<RealImage>> light_;  ///< l of each level but 0
+    std::unique_ptr<RealImage> direction_;           ///< G of the level at work
 };
 
 }  // namespace orv

@@ -99,12 +99,23 @@ std::unique_ptr<DiscreteImage> RealPlaneImageOperator::run(
     auto planes = std::make_unique<RealImage3>(source);
     std::unique_ptr<RealImage3> result =
         transform != nullptr ? runTransformed(*transform, mask, std::move(planes))
-                             : runColour(mask, *planes, nullptr);
+                             : runRead(mask, std::move(planes));
     if (result == nullptr) {
         return nullptr;
     }
     target->setFromReal3(*result);
     return target;
+}
+
+std::unique_ptr<RealImage3> RealPlaneImageOperator::runOwnedPlanes(
+    std::unique_ptr<RealImage3> planes) {
+    return runPlanes(*planes, nullptr);
+}
+
+std::unique_ptr<RealImage3> RealPlaneImageOperator::runRead(
+    const DiscreteImage* mask, std::unique_ptr<RealImage3> planes) {
+    return mask == nullptr && colorPath_ == 0 ? runOwnedPlanes(std::move(planes))
+                                              : runColour(mask, *planes, nullptr);
 }
 
 std::unique_ptr<RealImage3> RealPlaneImageOperator::runColour(

@@ -78,10 +78,17 @@ class RealPlaneImageOperator : public ImageOperator {
     /// Sets `colorPath`, 0 at the start.
     void setColorPath(unsigned char path) { colorPath_ = path; }
 
+  protected:
+    /// What `apply` runs on the planes that it has read from a picture; by default `runPlanes`.
+    /// For operators that can write their result over planes which nobody needs any more.
+    virtual std::unique_ptr<RealImage3> runOwnedPlanes(std::unique_ptr<RealImage3> planes);
+
   private:
     std::unique_ptr<DiscreteImage> run(const ColorSpaceTransform* transform,
                                        const DiscreteImage* mask, const DiscreteImage& source,
                                        std::unique_ptr<DiscreteImage> target);
+    std::unique_ptr<RealImage3> runRead(const DiscreteImage* mask,
+                                        std::unique_ptr<RealImage3> planes);
     std::unique_ptr<RealImage3> runColour(const DiscreteImage* mask, const RealImage3& planes,
                                           std::unique_ptr<RealImage3> target);
     std::unique_ptr<RealImage3> runTransformed(const ColorSpaceTransform& transform,

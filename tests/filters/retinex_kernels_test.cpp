@@ -158,7 +158,7 @@ TEST(RetinexKernels, QuotientsStopAtOneAndKeepWhatIsNoNumber) {
     }
 }
 
-TEST(RetinexKernels, RescaleAddsBeforeItDivides) {
+TEST(RetinexKernels, RescaleAddsBeforeItMultiplies) {
     for (const KernelTarget target : kTargets) {
         const RealImage plane = noiseRealPlane(1, 21, 2);
         std::vector<double> result(21);
@@ -166,7 +166,7 @@ TEST(RetinexKernels, RescaleAddsBeforeItDivides) {
         retinexKernels(target).rescale(plane.data(), 1.0, 3.0, result.data(), result.size());
 
         for (std::size_t i = 0; i < result.size(); ++i) {
-            EXPECT_EQ(result[i], (plane.data()[i] + 1.0) / 3.0);
+            EXPECT_EQ(result[i], (plane.data()[i] + 1.0) * 3.0);
         }
     }
 }

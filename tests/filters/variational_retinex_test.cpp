@@ -166,8 +166,8 @@ TEST(VariationalRetinex, ScalingIsThatOfThePlaneBeforeAndAfter) {
     scaled.add(1.0);
     scaled.divide(256.0);
 
-    const auto result =
-        VariationalRetinex(2.2, 0.01, 0.1, 3).applyScaled(plane, {1.0, 256.0, 255.0}, nullptr);
+    const auto result = VariationalRetinex(2.2, 0.01, 0.1, 3)
+                            .applyScaled(plane, {1.0, 1.0 / 256.0, 255.0}, nullptr);
 
     auto expected = VariationalRetinex(2.2, 0.01, 0.1, 3).apply(scaled, nullptr);
     expected->scale(255.0);

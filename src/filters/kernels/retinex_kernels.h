@@ -58,8 +58,8 @@ struct RetinexKernels {
     void (*expandColumn)(const double* left, const double* right, int coarseHeight,
                          const double* floor, double before, double* target, int height);
 
-    /// y = (x + offset) / divisor
-    void (*rescale)(const double* x, double offset, double divisor, double* y, std::size_t n);
+    /// y = (x + offset) scale
+    void (*rescale)(const double* x, double offset, double scale, double* y, std::size_t n);
 
     /// target = min(x / y, 1) factor; a quotient that is not a number stays so.
     void (*divideInto)(const double* x, const double* y, double factor, double* target,

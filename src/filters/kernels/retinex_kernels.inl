@@ -254,10 +254,10 @@ void expandColumn(const double* left, const double* right, int coarseHeight,
     keepSamples(target[2 * coarseHeight - 2], floor, target, 2 * coarseHeight - 1, height);
 }
 
-void rescale(const double* x, double offset, double divisor, double* y, std::size_t n) {
+void rescale(const double* x, double offset, double scale, double* y, std::size_t n) {
     ORV_LANE_LOOP
     for (std::size_t i = 0; i < n; ++i) {
-        y[i] = (x[i] + offset) / divisor;
+        y[i] = (x[i] + offset) * scale;
     }
 }
 

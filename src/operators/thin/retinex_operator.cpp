@@ -11,9 +11,10 @@ namespace orv {
 
 namespace {
 
+// 256 is a power of two, so that the product with its inverse has the bits of the quotient.
 // The way out is not the inverse of the way in.
 // quirk: retinex-scaling
-constexpr SampleScaling kScaling = {/*offset=*/1.0, /*divisor=*/256.0, /*factor=*/255.0};
+constexpr SampleScaling kScaling = {/*offset=*/1.0, /*scale=*/1.0 / 256.0, /*factor=*/255.0};
 
 /// The Retinex between the scalings of the operator, which so need no planes of their own.
 class ScaledRetinex : public RealOperator {
@@ -70,6 +71,16 @@ std::unique_ptr<RealImage3> RetinexOperator::runPlanes(const RealImage3& planes,
         target->setPlane(c, plane != nullptr ? std::move(plane) : planes.plane(c).clone());
     }
     return target;
+}
+
+std::unique_ptr<RealImage3> RetinexOperator::runOwnedPlanes(
+    std::unique_ptr<RealImage3> planes) {
+    if (levels_ < 1 || levels_ > mostLevels(planes->width(), planes->height())) {
+        return nullptr;
+    }
+    VariationalRetinex retinex(gamma_, alpha_, beta_, levels_);
+    ScaledRetinex scaled(retinex);
+    return RealPlanesOperator(&scaled).applyToOwned(std::move(planes));
 }
 
 std::unique_ptr<RealImage3> RetinexOperator::runPlanesMasked(

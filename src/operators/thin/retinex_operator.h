@@ -64,6 +64,10 @@ class RetinexOperator : public RealPlaneImageOperator {
     /// The most levels that a picture of this size allows; 0 for an empty one.
     static int mostLevels(int width, int height);
 
+  protected:
+    /// `runPlanes` in the memory of the planes: two planes less.
+    std::unique_ptr<RealImage3> runOwnedPlanes(std::unique_ptr<RealImage3> planes) override;
+
   private:
     double gamma_;
     double alpha_;

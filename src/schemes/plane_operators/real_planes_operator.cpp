@@ -33,6 +33,24 @@ std::unique_ptr<RealImage3> RealPlanesOperator::apply(const RealImage3& source,
     return target;
 }
 
+std::unique_ptr<RealImage3> RealPlanesOperator::applyToOwned(
+    std::unique_ptr<RealImage3> planes) {
+    ProgressWindow& window = progressWindow();
+    const long long width = progressWidth(window);
+    std::unique_ptr<RealImage> spare;
+    for (int c = 0; c < 3 && !workCancelled(); ++c) {
+        narrowToPlane(window, width, c);
+        const WorkSlice slice(c, 3);
+
+        wrapped_->setGuide(planes->plane(c));
+        std::unique_ptr<RealImage> result = wrapped_->apply(planes->plane(c), std::move(spare));
+        spare = planes->takePlane(c);
+        planes->setPlane(c, std::move(result));
+        reportWork(1, 1);
+    }
+    return planes;
+}
+
 std::unique_ptr<RealImage3> RealPlanesOperator::applyMasked(
     const DiscreteImage& mask, const RealImage3& source, std::unique_ptr<RealImage3> target) {
     if (!target) {

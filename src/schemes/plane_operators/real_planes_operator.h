@@ -30,6 +30,11 @@ class RealPlanesOperator {
     virtual std::unique_ptr<RealImage3> apply(const RealImage3& source,
                                               std::unique_ptr<RealImage3> target);
 
+    /// `apply` with a null target for planes that nobody needs any more: the memory of a source
+    /// plane serves the result of the next one. The same window, and the same results from an
+    /// operator that writes every sample of its target.
+    std::unique_ptr<RealImage3> applyToOwned(std::unique_ptr<RealImage3> planes);
+
     /// `apply` with the masked form of the wrapped operator, without touching the window.
     virtual std::unique_ptr<RealImage3> applyMasked(const DiscreteImage& mask,
                                                     const RealImage3& source,
