@@ -7,6 +7,7 @@
 #include "methods/curvature_method.h"
 #include "methods/deblur_method.h"
 #include "methods/denoise_method.h"
+#include "methods/homomorphic_method.h"
 #include "methods/json_text.h"
 #include "methods/recolor_method.h"
 #include "methods/restore_method.h"
@@ -19,10 +20,10 @@ namespace orv {
 
 namespace {
 
-constinit const std::array<const Method*, 11> kMethods{
-    &kRestoreMethod,  &kDenoiseMethod, &kRetinexMethod, &kRecolorMethod,
-    &kColorizeMethod, &kBlurMethod,    &kDeblurMethod,  &kCurvatureMethod,
-    &kWaveletMethod,  &kShockMethod,   &kSusanMethod};
+constinit const std::array<const Method*, 12> kMethods{
+    &kRestoreMethod,   &kDenoiseMethod,  &kRetinexMethod, &kHomomorphicMethod,
+    &kRecolorMethod,   &kColorizeMethod, &kBlurMethod,    &kDeblurMethod,
+    &kCurvatureMethod, &kWaveletMethod,  &kShockMethod,   &kSusanMethod};
 
 std::string_view kindName(ParameterKind kind) {
     switch (kind) {

@@ -1,7 +1,10 @@
 #include "operators/thin/homomorphic_operator.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "base/rounding.h"
+#include "filters/blur_margin.h"
 #include "filters/homomorphic_filter.h"
 #include "images/discrete_image.h"
 #include "images/real_image3.h"
@@ -69,6 +72,17 @@ void HomomorphicOperator::setGamma(double gamma) {
 
 std::unique_ptr<RealImage> HomomorphicOperator::runPlane(const RealImage& plane) {
     return HomomorphicFilter(mode_, sigma_, gamma_).apply(plane, nullptr);
+}
+
+void HomomorphicOperator::runMirrored(FloatImage& plane, double scale) const {
+    const int margin = blurMargin(sigma_);
+    const auto result = HomomorphicFilter(mode_, sigma_, gamma_)
+                            .apply(*withMirroredMargin(plane, margin), nullptr);
+    for (int x = 0; x < plane.width(); ++x) {
+        const double* const column = result->row(x + margin) + margin;
+        std::transform(column, column + plane.height(), plane.row(x),
+                       [scale](double sample) { return toFloat(sample * scale); });
+    }
 }
 
 bool HomomorphicOperator::accepts(int width, int height) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "images/float_image.h"
 #include "images/real_image.h"
 #include "operators/real_plane_image_operator.h"
 
@@ -61,6 +62,12 @@ class HomomorphicOperator : public RealPlaneImageOperator {
     ///
     /// Shapes:  both sides at least 3.
     std::unique_ptr<RealImage> runPlane(const RealImage& plane);
+    /// Runs on one plane with a mirrored margin, in place: without the stripes that the blur
+    /// leaves at the left and upper border of a noisy plane. The result is multiplied by `scale`
+    /// and rounded once.
+    ///
+    /// Shapes:  any size above 0.
+    void runMirrored(FloatImage& plane, double scale) const;
 
     /// Whether a picture of this size can be run: both sides at least 3.
     static bool accepts(int width, int height);
