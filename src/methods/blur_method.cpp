@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array<Parameter, 1> kParameters{
     real("sigma", "pixels", 2.0, 0.5, 256.0,
-         "width of the Gaussian; the time is the same for all widths"),
+         "width of the Gaussian; noise of single pixels goes from about 1 on"),
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{
@@ -36,8 +36,7 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
 
 }  // namespace
 
-constinit const Method kBlurMethod{
-    "blur", "Blur a picture by a Gaussian of any width, each in the same time", kParameters,
-    kLiterature, run};
+constinit const Method kBlurMethod{"blur", "Blur a picture by a Gaussian, however wide",
+                                   kParameters, kLiterature, run};
 
 }  // namespace orv
