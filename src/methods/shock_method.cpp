@@ -23,8 +23,8 @@ std::span<const Choice> methodChoices() {
 
 constexpr std::array<Parameter, 5> kParameters{
     numberedChoice("method", 3, methodChoices, "how the speed follows from the curvature"),
-    integer("iterations", "steps", 10, 0, 10000,
-            "steps; edges that are n pixels wide need about n / (2 step)"),
+    integer("iterations", "steps", 4, 0, 10000,
+            "steps; a blur of 0.8, 1.2 or 2 pixels standard deviation takes 2, 4 or 10"),
     real("step", "pixels", 0.2, 0.0, 1.0, "length of a step; from 0.5 on flat regions flicker"),
     real("diffusion", "weight", kShockDiffusionWeight, 0.0, 1.0,
          "smoothing along edges in the two diffusive methods"),

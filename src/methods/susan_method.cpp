@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::array<Parameter, 3> kParameters{
     real("threshold", "grey levels", 30.0, 0.5, 1000.0,
-         "neighbours that differ by this count for little; take twice the noise"),
+         "neighbours that differ by this count for little; take 1.5 times the noise"),
     real("sigma", "pixels", 1.5, 0.3, 50.0,
          "how fast neighbours count less with their distance; from 4 on nearly all alike"),
     integer("passes", "passes", 2, 1, 100, "runs, each on the result of the one before"),

@@ -77,7 +77,7 @@ TEST(ShockMethod, RefusesWhatIsOutOfRange) {
               "--method: 4 is out of range (expected sign, diffusive-sign, arctan, "
               "diffusive-arctan, default diffusive-arctan)");
     EXPECT_EQ(arguments.set("iterations", "-1"),
-              "--iterations: -1 is out of range (expected STEPS from 0 to 10000, default 10)");
+              "--iterations: -1 is out of range (expected STEPS from 0 to 10000, default 4)");
     EXPECT_EQ(arguments.set("step", "1.5"),
               "--step: 1.5 is out of range (expected PIXELS from 0 to 1, default 0.2)");
     EXPECT_EQ(
