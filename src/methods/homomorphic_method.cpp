@@ -30,7 +30,7 @@ constexpr std::array<Parameter, 5> kParameters{
     real("gamma", "exponent", 1.8, 0.1, 100.0,
          "how much compress takes from the light: 1 nothing, 2 its root; below 1 darkens"),
     real("sigma", "pixels", 8.0, 0.5, 256.0,
-         "width of the Gaussian that tells light from detail; the time is the same for all"),
+         "width of the Gaussian that tells light from detail"),
     real("floor", "grey levels", 1.0, 0.001, 255.0,
          "darker samples count as this much: black has no logarithm"),
     real("scale", "factor", 1.0, 0.001, 1000.0, "multiplies the result"),

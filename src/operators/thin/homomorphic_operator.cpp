@@ -45,6 +45,12 @@ std::unique_ptr<RealImage3> HomomorphicOperator::runPlanes(const RealImage3& pla
     return target;
 }
 
+std::unique_ptr<RealImage3> HomomorphicOperator::runOwnedPlanes(
+    std::unique_ptr<RealImage3> planes) {
+    HomomorphicFilter filter(mode_, sigma_, gamma_);
+    return RealPlanesOperator(&filter).applyToOwned(std::move(planes));
+}
+
 std::unique_ptr<RealImage3> HomomorphicOperator::runPlanesMasked(
     const DiscreteImage& /*mask*/, const RealImage3& planes,
     std::unique_ptr<RealImage3> target) {

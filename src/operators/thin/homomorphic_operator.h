@@ -72,6 +72,10 @@ class HomomorphicOperator : public RealPlaneImageOperator {
     /// Whether a picture of this size can be run: both sides at least 3.
     static bool accepts(int width, int height);
 
+  protected:
+    /// `runPlanes` in the memory of the planes and of one more.
+    std::unique_ptr<RealImage3> runOwnedPlanes(std::unique_ptr<RealImage3> planes) override;
+
   private:
     int mode_;
     double sigma_;
