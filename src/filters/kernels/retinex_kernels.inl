@@ -5,6 +5,7 @@ namespace orv::ORV_KERNEL_NAMESPACE {
 namespace {
 
 constexpr int kLanes = 8;
+constexpr int kGroups = 32;
 
 constexpr std::size_t sizeOf(int n) {
     return static_cast<std::size_t>(n);
@@ -138,23 +139,45 @@ inline void addSample(Lanes& lanes, std::size_t lane, double g, double b) {
     lanes.gb[lane] += g * b;
 }
 
+// lanes += x[i] of whole groups; a fixed inner loop over one array, which compilers keep in
+// vector registers.
+inline void addGroups(double* lanes, const double* x, int n) {
+    double sums[kLanes];
+    for (int lane = 0; lane < kLanes; ++lane) {
+        sums[lane] = lanes[lane];
+    }
+    for (int i = 0; i < n; i += kLanes) {
+        for (int lane = 0; lane < kLanes; ++lane) {
+            sums[lane] += x[i + lane];
+        }
+    }
+    for (int lane = 0; lane < kLanes; ++lane) {
+        lanes[lane] = sums[lane];
+    }
+}
+
 // Samples 1 to height - 2 of a column whose sample 0 belongs to lane `phase`.
 template <class Laplacian>
 inline void addInterior(Lanes& sums, const Columns& g, int height, std::size_t phase,
                         Laplacian laplacian) {
+    double squares[kGroups * kLanes];
+    double products[kGroups * kLanes];
     int y = 1;
     for (; y < height - 1 && (phase + sizeOf(y)) % kLanes != 0; ++y) {
         addSample(sums, (phase + sizeOf(y)) % kLanes, g.here[y], laplacian(g, y));
     }
-    Lanes lanes = sums;
-    for (; y + kLanes <= height - 1; y += kLanes) {
-        for (int lane = 0; lane < kLanes; ++lane) {
-            const double sample = g.here[y + lane];
-            lanes.gg[lane] += sample * sample;
-            lanes.gb[lane] += sample * laplacian(g, y + lane);
+    while (y + kLanes <= height - 1) {
+        const int left = (height - 1 - y) / kLanes;
+        const int n = (left < kGroups ? left : kGroups) * kLanes;
+        const double* const here = g.here + y;
+        for (int i = 0; i < n; ++i) {
+            squares[i] = here[i] * here[i];
+            products[i] = here[i] * laplacian(g, y + i);
         }
+        addGroups(sums.gg, squares, n);
+        addGroups(sums.gb, products, n);
+        y += n;
     }
-    sums = lanes;
     for (; y < height - 1; ++y) {
         addSample(sums, (phase + sizeOf(y)) % kLanes, g.here[y], laplacian(g, y));
     }
