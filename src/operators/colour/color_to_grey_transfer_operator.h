@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -36,6 +37,7 @@ class ColorToGreyTransferOperator : public ImageOperator {
     ///
     /// Domain:  after `learnSwatches`.
     /// Fails:   null when no swatch has been learned.
+    /// Cost:    packed pictures take one plane of memory, others what `runPlanes` takes.
     std::unique_ptr<DiscreteImage> apply(const DiscreteImage& source,
                                          std::unique_ptr<DiscreteImage> target) override;
 
@@ -70,8 +72,13 @@ class ColorToGreyTransferOperator : public ImageOperator {
 
   private:
     std::unique_ptr<ColorSwatch> drawSwatch(const RealImage3& lab) const;
+    void enterBlock(const std::array<double*, 3>& samples, std::size_t count) const;
+    void leaveColumn(const std::array<const double*, 3>& from, const std::array<double*, 3>& to,
+                     std::size_t count) const;
+    int halfWindow() const;
     void enterSpace(RealImage3& planes, std::array<LaneSums, 3>* sums) const;
     std::unique_ptr<RealImage> leaveSpace(RealImage3& planes) const;
+    void colourPacked(const DiscreteImage& source, unsigned char* to) const;
 
     std::unique_ptr<ColorSpaceChain> chain_;
     std::array<double, 3> styleMean_;

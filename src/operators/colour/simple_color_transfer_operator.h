@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <memory>
 
 #include "operators/colour/channel_statistics.h"
@@ -21,9 +22,16 @@ namespace orv {
 /// Owns:    its chain of colour spaces.
 /// Quirk:   colour-offset-stays
 /// Source:  [ReinhardAshikhminGoochShirley2001], equations 10 and 11.
-class SimpleColorTransferOperator : public RealPlaneImageOperator {
+class SimpleColorTransferOperator final : public RealPlaneImageOperator {
   public:
     explicit SimpleColorTransferOperator(std::unique_ptr<ColorSpaceChain> chain);
+
+    /// Runs the operator on a picture, as the plane branch tells.
+    ///
+    /// Cost:    packed colour pictures go through a small buffer twice, with the result of
+    ///          `runPlanes` and without its planes.
+    std::unique_ptr<DiscreteImage> apply(const DiscreteImage& source,
+                                         std::unique_ptr<DiscreteImage> target) override;
 
     /// Transfers the style's colours to three planes; reports 20 to 90.
     ///
@@ -49,9 +57,19 @@ class SimpleColorTransferOperator : public RealPlaneImageOperator {
     const std::array<double, 3>& styleDeviation() const { return styleDeviation_; }
 
   private:
-    std::array<ChannelStatistics, 3> enterSpace(const RealImage3& planes, RealImage3& target,
-                                                int firstReport) const;
-    void leaveSpace(const std::array<ChannelStatistics, 3>& source, RealImage3& planes) const;
+    using Statistics = std::array<ChannelStatistics, 3>;
+
+    void enterBlock(const std::array<const double*, 3>& from, const std::array<double*, 3>& to,
+                    std::size_t count) const;
+    void leaveBlock(const Statistics& source, const std::array<double*, 3>& samples,
+                    std::size_t count) const;
+    Statistics enterSpace(const RealImage3& planes, RealImage3& target, int firstReport) const;
+    void leaveSpace(const Statistics& source, RealImage3& planes) const;
+    Statistics packedStatistics(const unsigned char* pixels, int width, int height,
+                                int firstReport) const;
+    void packedTransfer(const Statistics& source, const DiscreteImage& from,
+                        unsigned char* to) const;
+    void setStyleStatistics(const Statistics& style);
 
     std::unique_ptr<ColorSpaceChain> chain_;
     std::array<double, 3> styleMean_;

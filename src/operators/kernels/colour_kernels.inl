@@ -60,6 +60,44 @@ void multiplyBy(double* samples, double factor, std::size_t n) {
     }
 }
 
+inline bool allWithin(const double* samples, double lowest, double highest, std::size_t n) {
+    long long outside = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        outside |= samples[i] >= lowest && samples[i] <= highest ? 0 : 1;
+    }
+    return outside == 0;
+}
+
+// The forms for a range have the same bits there and leave out the special values, which a photo
+// hardly has.
+void logsOf(const double* samples, double* logs, std::size_t n) {
+    if (allWithin(samples, 0x1p-1022, 0x1.fffffffffffffp1023, n)) {
+        ORV_LANE_LOOP
+        for (std::size_t i = 0; i < n; ++i) {
+            logs[i] = log10InRange(samples[i]);
+        }
+        return;
+    }
+    ORV_LANE_LOOP
+    for (std::size_t i = 0; i < n; ++i) {
+        logs[i] = log10Of(samples[i]);
+    }
+}
+
+void powersOf(const double* exponents, double* powers, std::size_t n) {
+    if (allWithin(exponents, -307.0, 308.0, n)) {
+        ORV_LANE_LOOP
+        for (std::size_t i = 0; i < n; ++i) {
+            powers[i] = exp10InRange(exponents[i]);
+        }
+        return;
+    }
+    ORV_LANE_LOOP
+    for (std::size_t i = 0; i < n; ++i) {
+        powers[i] = exp10Of(exponents[i]);
+    }
+}
+
 // One function a loop, on a block that stays in the nearest cache: the registers of a target
 // don't hold three logarithms at once.
 void multiplyLogs(const double* const* in, const ColourRows& rows, const double* scale,
@@ -69,11 +107,7 @@ void multiplyLogs(const double* const* in, const ColourRows& rows, const double*
     for (std::size_t start = 0; start < n; start += kBlock) {
         const std::size_t count = smaller(kBlock, n - start);
         for (int k = 0; k < 3; ++k) {
-            const double* const samples = in[k] + start;
-            ORV_LANE_LOOP
-            for (std::size_t i = 0; i < count; ++i) {
-                logs[k][i] = log10Of(samples[i]);
-            }
+            logsOf(in[k] + start, logs[k], count);
         }
         double* const to[3] = {out[0] + start, out[1] + start, out[2] + start};
         multiply(from, rows, to, count);
@@ -98,11 +132,7 @@ void powersOfProduct(const double* const* in, const double* scale, const ColourR
         }
         multiply(to, rows, to, count);
         for (int k = 0; k < 3; ++k) {
-            double* const powers = out[k] + start;
-            ORV_LANE_LOOP
-            for (std::size_t i = 0; i < count; ++i) {
-                powers[i] = exp10Of(scaled[k][i]);
-            }
+            powersOf(scaled[k], out[k] + start, count);
         }
     }
 }
