@@ -45,7 +45,7 @@ class Usage(FolderCase):
     def test_option_of_another_verb(self):
         self.refused("--fidelity: is an option of denoise, not of restore", "restore", "in.ppm", "out.ppm", "--fidelity", "1")
         self.refused("--json: is an option of methods and solvers, not of denoise", "denoise", "in.ppm", "out.ppm", "--json")
-        self.refused("--tau: is an option of restore and denoise, not of solvers", "solvers", "--tau=3")
+        self.refused("--solver: is an option of restore and denoise, not of solvers", "solvers", "--solver=3")
         self.refused("-f: is an option of the verbs that write a picture, not of methods", "methods", "-f")
 
     def test_values(self):
