@@ -4,6 +4,8 @@
 
 #include "base/text_output.h"
 #include "exports/work_window.h"
+#include "filters/kernels/column_strip.h"
+#include "filters/kernels/implicit_blur_kernels.h"
 
 namespace orv {
 
@@ -21,6 +23,13 @@ std::unique_ptr<ThomasLinearSystem> makeSystem(int n, float tau) {
     system->setX(RealVector(n));
     system->setB(RealVector(n));
     return system;
+}
+
+// One factorisation serves all lines of a pass: they share the matrix.
+ThomasFactors factorsOf(ThomasLinearSystem& system) {
+    system.factorise();
+    return {system.multipliers().data(), system.pivots().data(),
+            system.matrix().upper().data()};
 }
 
 }  // namespace
@@ -70,24 +79,27 @@ void ImplicitBlurOperator::blurInPlace(FloatImage& work) {
 }
 
 void ImplicitBlurOperator::blurLinesX(FloatImage& work) {
-    float* const b = systemX_->b().data();
-    const float* const x = systemX_->x().data();
-    for (int y = 0; y < height_; ++y) {
-        for (int i = 0; i < width_; ++i) {
-            b[i] = work.row(i)[y];
-        }
-        systemX_->factorise();
-        for (int i = 0; i < width_; ++i) {
-            work.row(i)[y] = x[i];
-        }
+    const ImplicitBlurKernels& kernels = implicitBlurKernels();
+    const ThomasFactors factors = factorsOf(*systemX_);
+    const std::size_t rows = static_cast<std::size_t>(height_);
+    for (int x = 1; x < width_; ++x) {
+        kernels.eliminate(factors.multipliers[x - 1], work.row(x - 1), rows, work.row(x));
+    }
+    kernels.divide(factors.pivots[width_ - 1], rows, work.row(width_ - 1));
+    for (int x = width_ - 2; x >= 0; --x) {
+        kernels.substitute(factors.super[x], factors.pivots[x], work.row(x + 1), rows,
+                           work.row(x));
     }
 }
 
 void ImplicitBlurOperator::blurLinesY(FloatImage& work) {
-    for (int x = 0; x < width_; ++x) {
-        std::copy_n(work.row(x), height_, systemY_->b().data());
-        systemY_->factorise();
-        std::copy_n(systemY_->x().data(), height_, work.row(x));
+    const ImplicitBlurKernels& kernels = implicitBlurKernels();
+    const ThomasFactors factors = factorsOf(*systemY_);
+    const ColumnStrip strip(width_, height_, /*extra=*/0, sizeof(float));
+    for (int x = 0; x < width_; x += strip.lanes()) {
+        const ColumnBlock<float> block = {work.row(x), static_cast<std::size_t>(height_),
+                                          std::min(strip.lanes(), width_ - x), height_};
+        kernels.solveColumns(factors, block, static_cast<float*>(strip.data()), strip.lanes());
     }
 }
 

@@ -40,6 +40,8 @@ class ImplicitBlurOperator : public FloatOperator {
 
     /// The blur itself, `iterations` times in place: what `apply` does to its work plane.
     ///
+    /// Every sample has the bits of one line at a time through a ThomasLinearSystem.
+    ///
     /// Shapes:  any plane, w x h at least 1 x 1; `width` and `height` become its size.
     void blurInPlace(FloatImage& work);
 

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <utility>
 
+#include "base/cpu_features.h"
 #include "images/rgb_discrete_image.h"
 #include "support/plane_support.h"
 #include "support/printed_text.h"
@@ -91,6 +93,65 @@ TEST(ImplicitBlurOperator, SolvesBothAxesOfTheWorkPlane) {
             // Float roundings of grey levels, enlarged by the matrices' norm of 7 each.
             ASSERT_NEAR(back.data()[i], static_cast<double>(source.data()[i]), 5e-3);
         }
+    }
+}
+
+// One line at a time through a ThomasLinearSystem of its own.
+void solveLine(ThomasLinearSystem& system, float* first, std::ptrdiff_t stride) {
+    const int n = system.rows();
+    for (int i = 0; i < n; ++i) {
+        system.b()[i] = first[i * stride];
+    }
+    system.factorise();
+    for (int i = 0; i < n; ++i) {
+        first[i * stride] = system.x()[i];
+    }
+}
+
+void fillSystem(ThomasLinearSystem& system, float tau) {
+    const int n = system.rows();
+    RealVector diag(n, 2.0F * tau + 1.0F);
+    diag[0] = tau + 1.0F;
+    diag[n - 1] = tau + 1.0F;
+    system.setTriDiagonal(RealVector(n - 1, -tau), diag, RealVector(n - 1, -tau));
+}
+
+TEST(ImplicitBlurOperator, GivesTheBitsOfOneLineAtATime) {
+    for (const auto& [w, h] : {std::pair{1, 1},
+                               {1, 9},
+                               {2, 3},
+                               {7, 8},
+                               {15, 16},
+                               {17, 23},
+                               {33, 40},
+                               {70, 65},
+                               {131, 31},
+                               {20, 9001},
+                               {65, 4000}}) {
+        FloatImage expected = noisePlane(w, h, 5);
+        const FloatImage source(expected);
+        ThomasLinearSystem systemX(w);
+        ThomasLinearSystem systemY(h);
+        fillSystem(systemX, 3.7F);
+        fillSystem(systemY, 3.7F);
+        for (int y = 0; y < h; ++y) {
+            solveLine(systemX, expected.data() + y, h);
+        }
+        for (int x = 0; x < w; ++x) {
+            solveLine(systemY, expected.row(x), 1);
+        }
+        for (const auto target :
+             {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+            if (!isAvailable(target)) {
+                continue;
+            }
+            limitKernelTarget(target);
+            FloatImage work(source);
+            ImplicitBlurOperator op(1, 3.7F);
+            op.blurInPlace(work);
+            EXPECT_TRUE(sameBits(work, expected)) << nameOf(target) << " " << w << " x " << h;
+        }
+        limitKernelTarget(KernelTarget::Avx512);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "base/kernel_target.h"
+#include "filters/kernels/column_block.h"
 
 namespace orv {
 
@@ -33,15 +34,6 @@ struct ColumnRun {
     int length;  ///< samples of a column
 };
 
-/// Up to `lanes` neighbouring columns of a plane, `stride` samples apart.
-template <class Sample>
-struct ColumnBlock {
-    Sample* data;
-    std::size_t stride;
-    int columns;
-    int length;  ///< samples of a column, at least 3
-};
-
 /// Hot loops of the recursive blur: one line a SIMD lane, each sample with the roundings and in
 /// the order of the formula from left to right, so that every target gives the same bits.
 template <class Sample>
@@ -52,7 +44,7 @@ struct RecursionKernels {
 
     /// The recursion down and up each column in place, with reflected ends.
     ///
-    /// Shapes:  `strip` (length + 3) * lanes samples; lanes 16, 32 or 64.
+    /// Shapes:  `strip` (length + 3) * lanes samples; lanes 16, 32 or 64; length at least 3.
     void (*blurColumns)(const RecursionCoefficients<Sample>& coefficients,
                         const ColumnBlock<Sample>& block, Sample* strip, int lanes);
 };

@@ -5,25 +5,11 @@
 
 #include "base/aligned_block.h"
 #include "exports/work_window.h"
+#include "filters/kernels/column_strip.h"
 
 namespace orv {
 
 namespace {
-
-// A block of columns and its strip should stay in the second-level cache.
-constexpr std::size_t kCacheBytes = std::size_t{5} << 18;
-
-constexpr int kLeastLanes = 16;
-
-int lanesFor(int width, int height, std::size_t sampleBytes) {
-    const std::size_t bytesPerLane = 2 * static_cast<std::size_t>(height) * sampleBytes;
-    for (const int lanes : {64, 32}) {
-        if (width >= lanes && bytesPerLane * static_cast<std::size_t>(lanes) <= kCacheBytes) {
-            return lanes;
-        }
-    }
-    return kLeastLanes;
-}
 
 /// Copies of three columns, a second set for those that replace them.
 template <class Sample>
@@ -62,10 +48,8 @@ class Blur {
           width_(source.width()),
           height_(source.height()),
           rows_(static_cast<std::size_t>(height_)),
-          lanes_(lanesFor(width_, height_, sizeof(Sample))),
           saved_(height_),
-          strip_((rows_ + 3) * static_cast<std::size_t>(lanes_) * sizeof(Sample),
-                 /*alignment=*/64) {}
+          strip_(width_, height_, /*extra=*/3, sizeof(Sample)) {}
 
     void run() {
         if (forwardAlongX()) {
@@ -92,11 +76,11 @@ class Blur {
         // quirk: blur-line-start
         RecursionHistory<Sample> history =
             saved_.save(source_.row(0), source_.row(1), source_.row(2));
-        for (int first = 0; first < width_; first += lanes_) {
+        for (int first = 0; first < width_; first += strip_.lanes()) {
             if (!reportWork(first, 3 * width_)) {
                 return false;
             }
-            runAlongX(source_, first, std::min(lanes_, width_ - first), 1, history);
+            runAlongX(source_, first, std::min(strip_.lanes(), width_ - first), 1, history);
         }
         return true;
     }
@@ -108,12 +92,12 @@ class Blur {
             if (!reportWork(3 * width_ - 2 * end, 3 * width_)) {
                 return;
             }
-            const int columns = std::min(lanes_, end);
+            const int columns = std::min(strip_.lanes(), end);
             runAlongX(target_, end - 1, columns, -1, history);
             history = saved_.save(history.near, history.middle, history.far);
             end -= columns;
             kernels_.blurColumns(coefficients_, {target_.row(end), rows_, columns, height_},
-                                 static_cast<Sample*>(strip_.data()), lanes_);
+                                 static_cast<Sample*>(strip_.data()), strip_.lanes());
         }
     }
 
@@ -131,9 +115,8 @@ class Blur {
     int width_;
     int height_;
     std::size_t rows_;
-    int lanes_;
     SavedColumns<Sample> saved_;
-    AlignedBlock strip_;
+    ColumnStrip strip_;
 };
 
 }  // namespace
