@@ -98,7 +98,7 @@ class FloatImage {
     ///     out(i) = (c line(i + 1) + a line(i - 1) + b line(i)) / (|a| + |b| + |c|)
     ///
     /// Shapes:  i from 1 to n - 2 on each line of n samples; the ends keep their values.
-    /// Cost:    two passes over the plane, two columns of work memory.
+    /// Cost:    one pass over the plane, a few columns of work memory.
     void smooth3(int a, int b, int c);
     /// Smooths in place by five weights, for line(i - 2) to line(i + 2) in this order.
     ///

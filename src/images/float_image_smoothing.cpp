@@ -1,99 +1,81 @@
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <vector>
 
 #include "images/float_image.h"
+#include "images/kernels/smoothing_kernels.h"
 
 namespace orv {
 
 namespace {
 
-/// The lines of a plane that are smoothed together: `count` positions of `length` neighbouring
-/// samples each, `positionStride` floats from one position to the next.
-struct LineSet {
-    float* first;
-    int count;
-    std::size_t positionStride;
-    int length;
+/// Smooths planes by N weights.
+template <std::size_t N>
+class Smoothing {
+  public:
+    Smoothing(const std::array<int, N>& weights, int height)
+        : height_(static_cast<std::size_t>(height)), kept_((kReach + 2) * height_) {
+        int sum = 0;
+        for (std::size_t k = 0; k < N; ++k) {
+            weights_[k] = static_cast<float>(weights[k]);
+            sum += weights[k] < 0 ? -weights[k] : weights[k];
+        }
+        divisor_ = static_cast<float>(sum);
+        const SmoothingKernels& kernels = smoothingKernels();
+        sum_ = N == 3 ? kernels.three : N == 5 ? kernels.five : kernels.seven;
+    }
+
+    /// Smooths along x and, as soon as a column has its new samples, along y. The last columns
+    /// stand aside as they were, so that every sum along x reads unsmoothed samples.
+    void apply(FloatImage& plane) {
+        const int reach = static_cast<int>(kReach);
+        const int width = plane.width();
+        for (int x = 0; x < width; ++x) {
+            std::copy_n(plane.row(x), height_, keptColumn(x));
+            if (x >= reach && x < width - reach) {
+                std::array<const float*, N> taps;
+                for (int k = 0; k < static_cast<int>(N); ++k) {
+                    const int at = x - reach + k;
+                    taps[static_cast<std::size_t>(k)] =
+                        at <= x ? keptColumn(at) : plane.row(at);
+                }
+                sum_(taps.data(), weights_.data(), divisor_, height_, plane.row(x));
+            }
+            smoothColumn(plane.row(x));
+        }
+    }
+
+  private:
+    static constexpr std::size_t kReach = N / 2;
+
+    float* keptColumn(int x) {
+        return kept_.data() + static_cast<std::size_t>(x) % (kReach + 1) * height_;
+    }
+
+    void smoothColumn(float* column) {
+        if (height_ < N) {
+            return;
+        }
+        float* const line = kept_.data() + (kReach + 1) * height_;
+        std::copy_n(column, height_, line);
+        std::array<const float*, N> taps;
+        for (std::size_t k = 0; k < N; ++k) {
+            taps[k] = line + k;
+        }
+        sum_(taps.data(), weights_.data(), divisor_, height_ - 2 * kReach, column + kReach);
+    }
+
+    std::size_t height_;
+    std::vector<float> kept_;
+    std::array<float, N> weights_;
+    float divisor_;
+    SmoothingKernels::Sum sum_;
 };
-
-/// Sum of the sizes of the weights, as the float that the sums are divided by.
-template <std::size_t N>
-float divisorOf(const std::array<int, N>& weights) {
-    int sum = 0;
-    for (const int weight : weights) {
-        sum += weight < 0 ? -weight : weight;
-    }
-    return static_cast<float>(sum);
-}
-
-/// The weighted sum at one position; `taps` are the N samples around it, in order.
-template <std::size_t N>
-float weightedSum(const std::array<float, N>& weights, const std::array<float, N>& taps) {
-    if constexpr (N == 3) {
-        // The three-weight form has its own order of summing.
-        return weights[2] * taps[2] + weights[0] * taps[0] + weights[1] * taps[1];
-    } else {
-        float sum = weights[0] * taps[0];
-        for (std::size_t k = 1; k < N; ++k) {
-            sum += weights[k] * taps[k];
-        }
-        return sum;
-    }
-}
-
-/// Smooths every line of `lines` along its positions. The unsmoothed samples of the positions
-/// already overwritten are kept in `kept`, N / 2 + 1 blocks of `length` floats, so that every
-/// sum reads the line as it was.
-template <std::size_t N>
-void smoothLines(const LineSet& lines, const std::array<float, N>& weights, float divisor,
-                 float* kept) {
-    constexpr int kReach = static_cast<int>(N / 2);
-    const std::size_t length = static_cast<std::size_t>(lines.length);
-    const auto at = [&](int i) {
-        return lines.first + static_cast<std::size_t>(i) * lines.positionStride;
-    };
-    const auto keptAt = [&](int i) {
-        return kept + static_cast<std::size_t>(i % (kReach + 1)) * length;
-    };
-    const auto keep = [&](int i) {
-        for (std::size_t s = 0; s < length; ++s) {
-            keptAt(i)[s] = at(i)[s];
-        }
-    };
-    for (int i = 0; i < kReach && i < lines.count; ++i) {
-        keep(i);
-    }
-    for (int i = kReach; i < lines.count - kReach; ++i) {
-        keep(i);
-        for (std::size_t s = 0; s < length; ++s) {
-            std::array<float, N> taps;
-            for (int k = 0; k <= kReach; ++k) {
-                taps[static_cast<std::size_t>(k)] = keptAt(i - kReach + k)[s];
-            }
-            for (int k = kReach + 1; k < static_cast<int>(N); ++k) {
-                taps[static_cast<std::size_t>(k)] = at(i - kReach + k)[s];
-            }
-            at(i)[s] = weightedSum(weights, taps) / divisor;
-        }
-    }
-}
 
 template <std::size_t N>
 void smooth(FloatImage& plane, const std::array<int, N>& weights) {
-    const float divisor = divisorOf(weights);
-    std::array<float, N> factors;
-    for (std::size_t k = 0; k < N; ++k) {
-        factors[k] = static_cast<float>(weights[k]);
-    }
-    const std::size_t columnStride = static_cast<std::size_t>(plane.height());
-    std::vector<float> kept((N / 2 + 1) * columnStride);
-
-    smoothLines(LineSet{plane.data(), plane.width(), columnStride, plane.height()}, factors,
-                divisor, kept.data());
-    for (int x = 0; x < plane.width(); ++x) {
-        smoothLines(LineSet{plane.row(x), plane.height(), 1, 1}, factors, divisor, kept.data());
-    }
+    Smoothing<N>(weights, plane.height()).apply(plane);
 }
 
 }  // namespace

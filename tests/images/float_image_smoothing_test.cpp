@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "base/cpu_features.h"
 #include "images/float_image.h"
 #include "support/plane_support.h"
 
@@ -80,6 +81,32 @@ TEST(FloatImageSmoothing, EqualsTheFormulaOnEverySize) {
             EXPECT_TRUE(sameBits(seven, smoothedPlainly(source, {1, 2, 3, 5, 4, -2, 1})));
         }
     }
+}
+
+TEST(FloatImageSmoothing, EveryTargetEqualsTheFormula) {
+    for (const KernelTarget target :
+         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+        if (!isAvailable(target)) {
+            continue;
+        }
+        SCOPED_TRACE(nameOf(target));
+        limitKernelTarget(target);
+        for (const int height : {40, 67}) {
+            const FloatImage source = noisePlane(19, height, 14);
+            FloatImage three(source);
+            FloatImage five(source);
+            FloatImage seven(source);
+
+            three.smooth3(1, 2, 1);
+            five.smooth5(1, 2, 9, 2, 1);
+            seven.smooth7(1, 3, 5, 6, 5, 3, 1);
+
+            EXPECT_TRUE(sameBits(three, smoothedPlainly(source, {1, 2, 1})));
+            EXPECT_TRUE(sameBits(five, smoothedPlainly(source, {1, 2, 9, 2, 1})));
+            EXPECT_TRUE(sameBits(seven, smoothedPlainly(source, {1, 3, 5, 6, 5, 3, 1})));
+        }
+    }
+    limitKernelTarget(KernelTarget::Avx512);
 }
 
 TEST(FloatImageSmoothing, TheFirstOfThreeWeightsGoesToThePreviousSample) {
