@@ -35,11 +35,11 @@ std::span<const Choice> observedChoices() {
 }
 
 constexpr std::array<Parameter, 5> kParameters{
-    choice("kernel", 7, kernelChoices, "weights of the blur that is taken off, on both axes"),
+    choice("kernel", 5, kernelChoices, "weights of the blur that is taken off, on both axes"),
     integer("iterations", "iterations", 1, 1, 100,
             "each one more widens the blur that is taken off by two passes of the kernel"),
     real("tau", "pixels^2", 0.01, 0.0, 10.0, "smoothing on top; above 0.05 it shows"),
-    real("lambda", "1/pixels^2", 100.0, 0.0, 1000000.0,
+    real("lambda", "1/pixels^2", 150.0, 0.0, 1000000.0,
          "lambda times tau is the strength of sharpening; 1 to 1.5 suits"),
     choice("keep-observed", 1, observedChoices, "what the blurred picture is compared with"),
 };
