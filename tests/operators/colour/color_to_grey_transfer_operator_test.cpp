@@ -167,6 +167,21 @@ TEST(ColorToGreyTransferOperator, WritesTruncatedSamplesToANewColourImage) {
     EXPECT_TRUE(sameSamples(*result, expected));
 }
 
+TEST(ColorToGreyTransferOperator, GivesPackedPicturesTheBytesOfItsPlanes) {
+    ColorToGreyTransferOperator op = colouringOperator();
+    op.learnSwatches(*photoImage(80, 60, 2));
+    for (const auto& [width, height] :
+         {std::pair(150, 37), {64, 3}, {65, 3}, {9, 5001}, {8, 4100}}) {
+        const auto grey = photoImage(width, height, 5);
+        RgbDiscreteImage expected(width, height);
+        expected.setFromReal3(*op.runPlanes(std::make_unique<RealImage3>(*grey)));
+
+        const auto result = op.apply(*grey, nullptr);
+
+        EXPECT_TRUE(sameSamples(*result, expected)) << width << " x " << height;
+    }
+}
+
 TEST(ColorToGreyTransferOperator, WritesIntoAGivenTarget) {
     const auto grey = photoImage(23, 19, 8);
     ColorToGreyTransferOperator op = colouringOperator();

@@ -126,6 +126,30 @@ TEST(SimpleColorTransferOperator, TruncatesOnPhotos) {
     EXPECT_TRUE(sameSamples(*result, expected));
 }
 
+TEST(SimpleColorTransferOperator, GivesPackedPicturesTheBytesOfItsPlanes) {
+    for (const auto& [width, height] :
+         {std::pair(150, 37), {64, 3}, {65, 3}, {9, 5001}, {8, 4100}}) {
+        const auto source = photoImage(width, height, 5);
+        const auto style = photoImage(height, width, 6);
+        SimpleColorTransferOperator op = transferOperator();
+        RealImage3 stylePlanes(*style);
+        op.setStylePlanes(stylePlanes);
+        RgbDiscreteImage expected(width, height);
+        expected.setFromReal3(*op.runPlanes(RealImage3(*source), nullptr));
+        const auto mean = op.styleMean();
+        const auto deviation = op.styleDeviation();
+
+        op.setStyle(*style);
+        const auto made = op.apply(*source, nullptr);
+        const auto given = op.apply(*source, std::make_unique<RgbDiscreteImage>(width, height));
+
+        EXPECT_EQ(op.styleMean(), mean);
+        EXPECT_EQ(op.styleDeviation(), deviation);
+        EXPECT_TRUE(sameSamples(*made, expected)) << width << " x " << height;
+        EXPECT_TRUE(sameSamples(*given, expected)) << width << " x " << height;
+    }
+}
+
 TEST(SimpleColorTransferOperator, GivesTheResultTheMeanAndDeviationOfTheStyle) {
     const RealImage3 source = noiseRealPlanes(64, 64, 4);
     RealImage3 style(64, 64);
