@@ -13,15 +13,15 @@ namespace orv {
 namespace {
 
 constexpr std::array<Parameter, 4> kParameters{
-    real("gamma", "exponent", 2.0, 0.1, 100.0,
+    real("gamma", "", 2.0, 0.1, 100.0,
          "how much of the illumination is taken away: 1 nothing, 2 its root, 100 nearly all"),
-    real("alpha", "weight", 0.0001, 0.0, 10.0,
-         "lifts the illumination off the picture; from about 0.01 on dark places stay dark"),
-    real("beta", "weight", 0.1, 0.0, 10.0,
-         "lets the illumination follow the edges; from about 0.5 on they get halos"),
+    real("alpha", "", 0.0001, 0.0, 1.0,
+         "lifts the illumination off the picture; from about 0.03 on the result darkens"),
+    real("beta", "", 0.1, 0.0, 2.0,
+         "lets the illumination follow edges; halos from about 0.5 on, noise above 1"),
     integer("levels", "levels", 0, 0, 20,
-            "sizes of the picture, each half of the one before, over which the illumination is "
-            "sought; 1 has no effect but on the whole, 0 takes two less than fit"),
+            "sizes of the picture at which the light is sought, each half of the one before; "
+            "more brighten more; 0 takes two less than fit"),
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{

@@ -122,7 +122,7 @@ TEST(RetinexMethod, RefusesPlanesThatItCannotRun) {
 
 TEST(RetinexMethod, ExtremeValuesStayWithinThePicturesRange) {
     for (const char* const gamma : {"0.1", "100"}) {
-        for (const char* const weight : {"0", "10"}) {
+        for (const char* const weight : {"0", "1"}) {
             const MethodResult result = kRetinexMethod.run(
                 noisyPlanes(32, 32, 3),
                 argumentsOf(
