@@ -80,12 +80,15 @@ void onEveryTarget(Check check) {
             SCOPED_TRACE(testing::Message() << nameOf(target) << ", " << count);
             check(*kernels, ordinaryArguments(count));
             check(*kernels, unruly(count));
-            // One value out of range among many that are in it.
-            std::vector<double> mixed = ordinaryArguments(count);
-            if (count > 2) {
-                mixed[count / 2] = -0.0;
+            // One value at or beyond an end of a range among many that are in it.
+            for (const double odd : {-0.0, -708.0, -709.0, -730.0, 709.0, 709.5, -307.0, -307.5,
+                                     -315.0, 308.0, 308.2, 1e-310, 1e307, 1e-307, -2.0}) {
+                std::vector<double> mixed = ordinaryArguments(count);
+                if (count > 2) {
+                    mixed[count / 2] = odd;
+                }
+                check(*kernels, mixed);
             }
-            check(*kernels, mixed);
         }
     }
 }
