@@ -97,7 +97,7 @@ struct Buckets {
 class ThresholdSearch {
   public:
     ThresholdSearch(double n, double zeros)
-        : n_(n), zerosRisk_(zeros > 0.0 ? n - 2.0 * (zeros - 1.0) : kInfinity) {
+        : n_(n), zeros_(zeros), zerosRisk_(zeros > 0.0 ? n - 2.0 * (zeros - 1.0) : kInfinity) {
         reached_ = zerosRisk_;
     }
 
@@ -119,8 +119,16 @@ class ThresholdSearch {
         return 8.0 * (n_ + 64.0) * std::numeric_limits<double>::epsilon() *
                (std::fabs(reached_) + 3.0 * n_);
     }
+    /// The same for candidates up to `largest`, where `sum` is that of all squares up to it: zeros
+    /// are summed without rounding, and what lies above isn't summed.
+    double errorBound(const Candidates& range, double largest, double sum) const {
+        const double summed = range.below - zeros_ + static_cast<double>(range.count);
+        return 8.0 * std::numeric_limits<double>::epsilon() *
+               ((summed + 64.0) * sum + 64.0 * (largest * largest + 1.0) * n_);
+    }
 
     double n_;
+    double zeros_;
     double zerosRisk_;
     double reached_;
     Buckets buckets_;
@@ -234,8 +242,10 @@ double ThresholdSearch::decide(const Candidates& range) const {
         }
     }
     // Equal magnitudes give one threshold, whichever of them has the least risk.
-    return second - least > 2.0 * errorBound() ? best
-                                               : std::numeric_limits<double>::quiet_NaN();
+    const double largest = range.count > 0 ? range.first[range.count - 1] : 0.0;
+    return second - least > 2.0 * errorBound(range, largest, sum)
+               ? best
+               : std::numeric_limits<double>::quiet_NaN();
 }
 
 /// The threshold from a few of the magnitudes, or NaN where they don't settle it.
