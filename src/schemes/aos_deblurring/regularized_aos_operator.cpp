@@ -33,19 +33,18 @@ void mirrorEnds(int n, Move move) {
 /// The planes of the right side. U is the source: no iteration changes it.
 struct RegularizedAosOperator::DataPlanes {
     const FloatImage& u;
-    std::unique_ptr<FloatImage> v;
-    std::unique_ptr<FloatImage> ownW;  // null where W is the source
+    FloatImage& v;
+    const FloatImage& w;
     float lambda;
     float tau;
 
-    const FloatImage& w() const { return ownW != nullptr ? *ownW : u; }
     float rightSide(int x, int y) const {
         const float u0 = u.row(x)[y];
-        return u0 - (v->row(x)[y] - w().row(x)[y]) * lambda * tau;
+        return u0 - (v.row(x)[y] - w.row(x)[y]) * lambda * tau;
     }
     void rightSides(FloatImage& target) const {
-        deblurKernels().rightSide({u.data(), v->data(), w().data()}, lambda, tau,
-                                  u.sampleCount(), target.data());
+        deblurKernels().rightSide({u.data(), v.data(), w.data()}, lambda, tau, u.sampleCount(),
+                                  target.data());
     }
 };
 
@@ -83,7 +82,10 @@ std::unique_ptr<FloatImage> RegularizedAosOperator::apply(const FloatImage& sour
         going = runIteration(i, byKernels, data, *target) && reportWork(i + 2, iterations_ + 1);
     }
     reportProgress(100);
-    target->clamp(lower_, upper_);
+    // The last sweep of the kernels clamps what it adds.
+    if (!byKernels || iterations_ <= 0) {
+        target->clamp(lower_, upper_);
+    }
     releaseWork();
     return target;
 }
@@ -102,8 +104,8 @@ bool RegularizedAosOperator::runIteration(int i, bool byKernels, const DataPlane
     }
     if (i < iterations_ - 1 && going) {
         // The target would be assigned to U here, and U to V, by the empty FloatImage::assign.
-        smooth(*data.v);
-        smooth(*data.v);
+        smooth(data.v);
+        smooth(data.v);
     }
     return going;
 }
@@ -135,15 +137,26 @@ void RegularizedAosOperator::smooth(FloatImage& plane) const {
 
 // V passes through W on its way, which saves a smoothing.
 RegularizedAosOperator::DataPlanes RegularizedAosOperator::makeDataPlanes(
-    const FloatImage& source) const {
-    std::unique_ptr<FloatImage> v = source.clone();
-    smooth(*v);
-    std::unique_ptr<FloatImage> w;
+    const FloatImage& source) {
+    FloatImage& v = workPlane(workV_);
+    v.copyFrom(source);
+    smooth(v);
+    const FloatImage* w = &source;
     if (keepObserved_ == 0) {
-        w = v->clone();
+        workPlane(workW_).copyFrom(v);
+        w = workW_.get();
     }
-    smooth(*v);
-    return {source, std::move(v), std::move(w), lambda_, tau_};
+    smooth(v);
+    return {source, v, *w, lambda_, tau_};
+}
+
+// Fresh memory is dear: a run over three channels keeps its planes.
+FloatImage& RegularizedAosOperator::workPlane(std::unique_ptr<FloatImage>& plane) const {
+    if (plane == nullptr || plane->width() != width_ || plane->height() != height_) {
+        plane = nullptr;
+        plane = FloatImage::uninitialised(width_, height_);
+    }
+    return *plane;
 }
 
 void RegularizedAosOperator::reportRow(int i, int y) const {
@@ -213,14 +226,15 @@ bool RegularizedAosOperator::sweepByKernels(int i, const DataPlanes& data, Float
     }
     if (last && !workCancelled()) {
         factoriseUniform(*systemY_, height_);
-        const std::unique_ptr<FloatImage> columns = FloatImage::uninitialised(width_, height_);
-        data.rightSides(*columns);
+        FloatImage& columns = workPlane(workColumns_);
+        data.rightSides(columns);
         for (int x = 0; x < width_; ++x) {
-            float* const line = columns->row(x);
+            float* const line = columns.row(x);
             mirrorEnds(height_, [&](int from, int to) { line[to] = line[from]; });
         }
-        passes_.solveColumns(factorsOf(*systemY_), *columns);
-        deblurKernels().add(columns->data(), target.sampleCount(), target.data());
+        passes_.solveColumns(factorsOf(*systemY_), columns);
+        deblurKernels().addAndClamp(columns.data(), lower_, upper_, target.sampleCount(),
+                                    target.data());
     }
     return !workCancelled();
 }

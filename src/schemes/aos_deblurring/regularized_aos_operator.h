@@ -42,7 +42,8 @@ class RegularizedAosOperator : public SimpleAosOperator {
     ///
     /// Shapes:  target w x h as the source, or null, which makes a clone of the source.
     /// Domain:  w and h at least 6.
-    /// Cost:    two or three smoothings, two more an iteration, two passes of line solves.
+    /// Owns:    two or three work planes, kept for the next plane of the same size.
+    /// Cost:    two smoothings, two more an iteration, two passes of line solves.
     /// Quirk:   float-assign, aos-last-super, aos-mirrored-ends, aos-progress-overshoot
     std::unique_ptr<FloatImage> apply(const FloatImage& source,
                                       std::unique_ptr<FloatImage> target) override;
@@ -72,7 +73,8 @@ class RegularizedAosOperator : public SimpleAosOperator {
     struct DataPlanes;
 
     void smooth(FloatImage& plane) const;
-    DataPlanes makeDataPlanes(const FloatImage& source) const;
+    DataPlanes makeDataPlanes(const FloatImage& source);
+    FloatImage& workPlane(std::unique_ptr<FloatImage>& plane) const;
     void reportRow(int i, int y) const;
     void reportColumn(int i, int x) const;
     bool sweepRows(int i, const DataPlanes& data, FloatImage& target);
@@ -83,6 +85,9 @@ class RegularizedAosOperator : public SimpleAosOperator {
 
     bool plainPath_ = false;
     LinePasses passes_;
+    std::unique_ptr<FloatImage> workV_;
+    std::unique_ptr<FloatImage> workW_;
+    std::unique_ptr<FloatImage> workColumns_;
 };
 
 }  // namespace orv

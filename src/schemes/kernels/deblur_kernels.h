@@ -17,8 +17,9 @@ struct DeblurKernels {
     void (*rightSide)(const DeblurPlanes& planes, float lambda, float tau, std::size_t count,
                       float* right);
 
-    /// sum = sum + addend.
-    void (*add)(const float* addend, std::size_t count, float* sum);
+    /// sum = sum + addend, then raised to `lowest`; what is at or above `highest` becomes it.
+    void (*addAndClamp)(const float* addend, float lowest, float highest, std::size_t count,
+                        float* sum);
 };
 
 /// The table of the best target of this machine and of ORV_MAX_TARGET.

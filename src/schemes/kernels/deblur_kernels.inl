@@ -17,16 +17,19 @@ void rightSide(const DeblurPlanes& planes, float lambda, float tau, std::size_t 
     }
 }
 
-void add(const float* addend, std::size_t count, float* sum) {
+void addAndClamp(const float* addend, float lowest, float highest, std::size_t count,
+                 float* sum) {
     ORV_LANE_LOOP
     for (std::size_t i = 0; i < count; ++i) {
-        sum[i] = sum[i] + addend[i];
+        const float added = sum[i] + addend[i];
+        const float raised = added < lowest ? lowest : added;
+        sum[i] = raised >= highest ? highest : raised;
     }
 }
 
 }  // namespace
 
 extern const DeblurKernels kDeblurKernels;
-constinit const DeblurKernels kDeblurKernels = {rightSide, add};
+constinit const DeblurKernels kDeblurKernels = {rightSide, addAndClamp};
 
 }  // namespace orv::ORV_KERNEL_NAMESPACE
