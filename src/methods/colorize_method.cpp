@@ -18,7 +18,7 @@ namespace {
 constexpr int kLeastSide = 2 * ColorToGreyTransferOperator::kSwatchSize + 1;
 
 constexpr std::array<Parameter, 2> kParameters{
-    integer("seed", "number", 1, 0, 1000000,
+    integer("seed", "number", 1, 0, 999999,
             "start of the generator that places the swatches; others give other colours"),
     real("floor", "grey levels", 1.0, 0.0, 255.0,
          "darker samples of both pictures count as this; with 0, black pixels spoil colours"),

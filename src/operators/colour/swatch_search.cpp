@@ -8,8 +8,9 @@ namespace orv {
 
 namespace {
 
-/// Cells of the grid a value: most cells then hold one value or none.
-constexpr std::size_t kCellsPerValue = 4;
+/// Cells of the grid a value. Scores crowd where swatches do, and there most cells should still
+/// lie between two of the places where the nearest swatch changes.
+constexpr std::size_t kCellsPerValue = 32;
 
 double squaredDifference(double a, double b) {
     return (a - b) * (a - b);
@@ -65,13 +66,62 @@ void SwatchSearch::build() {
             cells_[next] = static_cast<int>(i);
         }
     }
+    settleCells();
+}
+
+/// Finds the cells in which one swatch is nearest to every score.
+///
+/// A cell is taken a little wider than it is, which covers the rounding of cellOf as long as
+/// cells are wide beside the rounding of scores. The first and the last cell have no outer end.
+void SwatchSearch::settleCells() {
+    const std::size_t cells = cells_.size() - 1;
+    settled_.assign(cells, -1);
+    const double width = 1.0 / cellsPerUnit_;
+    const double largest = std::fabs(low_) + static_cast<double>(cells) * width;
+    if (!(width > 1e-9 * largest && width > 1e-90 && largest < 1e90)) {
+        return;
+    }
+    for (std::size_t cell = 1; cell + 1 < cells; ++cell) {
+        const double place = static_cast<double>(cell);
+        settled_[cell] =
+            settledFor(low_ + (place - 0.01) * width, low_ + (place + 1.01) * width);
+    }
+}
+
+/// The swatch that is nearest to every score from `lowest` to `highest`, or -1.
+///
+/// With both neighbours in the order outside, the lead over a neighbour is a concave function of
+/// the score, so that it is least at an end. There it has to be well above what rounding of the
+/// squared differences may change, which leaves no tie in between either.
+int SwatchSearch::settledFor(double lowest, double highest) const {
+    constexpr double kMargin = 1.0 + 1e-9;
+    const double middle = lowest + (highest - lowest) / 2.0;
+    const std::size_t right = firstNotBelow(middle);
+    const bool takesLeft = right == order_.size() ||
+                           (right > 0 && middle - order_[right - 1] < order_[right] - middle);
+    const std::size_t nearest = takesLeft ? right - 1 : right;
+    const double value = order_[nearest];
+    if (!std::isfinite(value)) {
+        return -1;
+    }
+    const auto leads = [&](double score, double other) {
+        return std::fabs(score - value) * kMargin + 1e-100 < std::fabs(score - other);
+    };
+    for (const std::size_t other : {nearest - 1, nearest + 1}) {
+        if (other < order_.size() &&
+            ((order_[other] >= lowest && order_[other] <= highest) ||
+             !leads(lowest, order_[other]) || !leads(highest, order_[other]))) {
+            return -1;
+        }
+    }
+    return earliest_[nearest];
 }
 
 /// Never falls as the score rises, which is all that the search needs of it.
 std::size_t SwatchSearch::cellOf(double score) const {
     const double place = (score - low_) * cellsPerUnit_;
     const double last = static_cast<double>(cells_.size() - 2);
-    // Written so that infinity times 0 falls into the first cell.
+    // Written so that NaN, also that of infinity times 0, falls into the first cell.
     return static_cast<std::size_t>(place > 0.0 ? std::min(place, last) : 0.0);
 }
 
@@ -85,6 +135,11 @@ std::size_t SwatchSearch::firstNotBelow(double score) const {
 }
 
 int SwatchSearch::nearest(double score) const {
+    const int settled = settled_[cellOf(score)];
+    return settled >= 0 ? settled : search(score);
+}
+
+int SwatchSearch::search(double score) const {
     if (!std::isfinite(score)) {
         return scan(score);
     }

@@ -18,8 +18,8 @@ namespace orv {
 /// them a score falls; rounding makes the squared difference grow on both sides of that place,
 /// never fall, so that all swatches that tie for the least stand in one run around it.
 ///
-/// Cost:    a few comparisons a pixel, whatever the number of swatches; a run of swatches that
-///          tie by rounding is walked.
+/// Cost:    one look into a table for most pixels and a few comparisons for the others, whatever
+///          the number of swatches; a run of swatches that tie by rounding is walked.
 class SwatchSearch {
   public:
     explicit SwatchSearch(std::span<const std::unique_ptr<ColorSwatch>> swatches);
@@ -33,6 +33,9 @@ class SwatchSearch {
 
   private:
     void build();
+    void settleCells();
+    int settledFor(double lowest, double highest) const;
+    int search(double score) const;
     std::size_t cellOf(double score) const;
     std::size_t firstNotBelow(double score) const;
     int scan(double score) const;
@@ -40,7 +43,8 @@ class SwatchSearch {
     std::vector<double> scores_;  ///< as the swatches stand
     std::vector<double> order_;   ///< without NaN, rising, each value once
     std::vector<int> earliest_;   ///< the first swatch of each value
-    std::vector<int> cells_;  ///< first place in order_ of each cell of the grid, and the end
+    std::vector<int> cells_;    ///< first place in order_ of each cell of the grid, and the end
+    std::vector<int> settled_;  ///< the answer of a cell that has one alone, else -1
     double low_ = 0.0;
     double cellsPerUnit_ = 0.0;
 };

@@ -8,6 +8,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/cpu_features.h"
 #include "support/plain_colour.h"
 #include "support/plane_support.h"
 
@@ -187,6 +188,50 @@ TEST(ColorSpaceChain, GivesTheBitsOfThePlainFormulas) {
                     const auto k = static_cast<std::size_t>(c);
                     ASSERT_EQ(lab->plane(c).row(x)[y], there[k]) << x << ", " << y;
                     ASSERT_EQ(back->plane(c).row(x)[y], here[k]) << x << ", " << y;
+                }
+            }
+        }
+    }
+}
+
+class TargetLimit {
+  public:
+    explicit TargetLimit(KernelTarget target) { limitKernelTarget(target); }
+    ~TargetLimit() { limitKernelTarget(KernelTarget::Avx512); }
+};
+
+void expectSame(double a, double b) {
+    EXPECT_TRUE(a == b || (std::isnan(a) && std::isnan(b))) << a << ", " << b;
+}
+
+// Samples that logarithms and powers treat in their own way, each among many plain ones.
+TEST(ColorSpaceChain, GivesThePlainFormulasOfExtremeSamplesOnEveryKernelTarget) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    const double extremes[] = {0.0,   -0.0,    -1.0,      1e-310,     5e-324,      1.7e308,
+                               600.0, -600.0,  -1000.0,   1000.0,     180.0,       -185.0,
+                               531.0, -533.49, kInfinity, -kInfinity, std::nan("")};
+    const ColorSpaceChain chain;
+    for (const KernelTarget target :
+         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+        const TargetLimit limit(target);
+        for (const double extreme : extremes) {
+            RealImage3 planes = brightPlanes(3, 15, 5);
+            for (int c = 0; c < 3; ++c) {
+                planes.plane(c).row(1)[c] = extreme;
+                planes.plane(c).row(1)[7] = extreme;
+            }
+
+            const auto lab = chain.forward(planes, nullptr);
+            const auto rgb = chain.inverse(planes, nullptr);
+
+            for (std::size_t i = 0; i < planes.plane(0).sampleCount(); ++i) {
+                const PlainColour::Pixel in = {planes.plane(0).data()[i],
+                                               planes.plane(1).data()[i],
+                                               planes.plane(2).data()[i]};
+                for (int c = 0; c < 3; ++c) {
+                    const auto k = static_cast<std::size_t>(c);
+                    expectSame(lab->plane(c).data()[i], PlainColour::toLab(in)[k]);
+                    expectSame(rgb->plane(c).data()[i], PlainColour::toRgb(in)[k]);
                 }
             }
         }

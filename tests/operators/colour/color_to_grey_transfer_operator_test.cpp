@@ -171,7 +171,7 @@ TEST(ColorToGreyTransferOperator, GivesPackedPicturesTheBytesOfItsPlanes) {
     ColorToGreyTransferOperator op = colouringOperator();
     op.learnSwatches(*photoImage(80, 60, 2));
     for (const auto& [width, height] :
-         {std::pair(150, 37), {64, 3}, {65, 3}, {9, 5001}, {8, 4100}}) {
+         {std::pair(150, 37), {64, 3}, {65, 3}, {9, 5001}, {8, 4100}, {70, 1501}}) {
         const auto grey = photoImage(width, height, 5);
         RgbDiscreteImage expected(width, height);
         expected.setFromReal3(*op.runPlanes(std::make_unique<RealImage3>(*grey)));
