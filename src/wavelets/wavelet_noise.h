@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstddef>
 #include <span>
+
+#include "wavelets/magnitude_selection.h"
 
 namespace orv {
 
@@ -26,12 +27,6 @@ int compareMagnitudes(const double* a, const double* b);
 /// Quirk:   noise-factor
 /// Source:  [DonohoJohnstone1994]
 double estimateNoise2D(const RealImage& coefficients, int height, int width);
-
-/// Coefficients that stand together.
-struct Coefficients {
-    const double* first;
-    std::size_t count;
-};
 
 /// estimateNoise2D of a plane of even sizes from its finest details alone.
 ///

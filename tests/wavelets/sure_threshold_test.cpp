@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#if defined(__linux__)
+#include <sys/resource.h>
+#endif
+
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -110,6 +115,26 @@ TEST(SureThreshold, CountsZerosThatAreNotGiven) {
 TEST(SureThreshold, IsZeroWithoutValues) {
     EXPECT_EQ(sureThreshold(nullptr, 0), 0.0);
 }
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
+
+void limitMemory(rlim_t bytes) {
+    const rlimit limit = {bytes, bytes};
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+TEST(SureThresholdDeathTest, AnArrayThatCannotBeHadEndsTheProcess) {
+    const double value = 1.0;
+
+    EXPECT_EXIT(
+        {
+            limitMemory(rlim_t{4} << 30);
+            sureThreshold(&value, std::numeric_limits<int>::max());
+        },
+        testing::ExitedWithCode(1), "^sureThreshold: Unable to malloc working array!\n$");
+}
+
+#endif
 
 TEST(Quirk, SureRisk) {
     const double values[] = {1.0, 1.6};

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#if defined(__linux__)
+#include <sys/resource.h>
+#endif
+
 #include <array>
 #include <cmath>
 #include <limits>
@@ -49,6 +53,32 @@ TEST(WaveletNoise, IsTheMedianByAFullSortAmongZerosAndTinyValues) {
         EXPECT_EQ(estimateNoise2D(plane, 48, 64), test::plainNoise(plane, 48, 64)) << share;
         plane.scale(1e-310);
         EXPECT_EQ(estimateNoise2D(plane, 48, 64), test::plainNoise(plane, 48, 64)) << share;
+    }
+}
+
+// Large planes are searched between two bounds from a sample.
+TEST(WaveletNoise, IsTheMedianByAFullSortOnLargePlanes) {
+    for (const auto& size : {std::array{512, 256}, std::array{301, 403}}) {
+        for (const double share : {0.0, 0.3, 0.45, 0.55}) {
+            SCOPED_TRACE(testing::Message() << size[0] << " x " << size[1] << ", " << share);
+            RealImage plane = coefficientsOf(size[0], size[1], 17, share);
+            EXPECT_EQ(estimateNoise2D(plane, size[1], size[0]),
+                      test::plainNoise(plane, size[1], size[0]));
+            // Few magnitudes, each many times.
+            for (std::size_t i = 0; i < plane.sampleCount(); ++i) {
+                plane.data()[i] = std::floor(plane.data()[i] / 40.0);
+            }
+            EXPECT_EQ(estimateNoise2D(plane, size[1], size[0]),
+                      test::plainNoise(plane, size[1], size[0]));
+            // Magnitudes that grow with x and y, and a last column that is out of line.
+            for (int x = 0; x < size[0]; ++x) {
+                for (int y = 0; y < size[1]; ++y) {
+                    plane.row(x)[y] = x + 1000.0 * y + (x == size[0] - 1 ? -1e9 : 0.0);
+                }
+            }
+            EXPECT_EQ(estimateNoise2D(plane, size[1], size[0]),
+                      test::plainNoise(plane, size[1], size[0]));
+        }
     }
 }
 
@@ -105,6 +135,27 @@ TEST(WaveletNoise, CountsWhatIsNoNumberAsLargest) {
 
     EXPECT_EQ(estimateNoise2D(plane, 16, 16), test::plainNoise(infinite, 16, 16));
 }
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
+
+void limitMemory(rlim_t bytes) {
+    const rlimit limit = {bytes, bytes};
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+TEST(WaveletNoiseDeathTest, AnArrayThatCannotBeHadEndsTheProcess) {
+    // Equal magnitudes share a bucket, whose array is as large as three quarters of the plane.
+    const RealImage plane(4096, 4096, 1.0);
+
+    EXPECT_EXIT(
+        {
+            limitMemory(rlim_t{190} << 20);
+            estimateNoise2D(plane, 4096, 4096);
+        },
+        testing::ExitedWithCode(1), "^estimateNoise2D: Unable to malloc working array!\n$");
+}
+
+#endif
 
 TEST(CompareMagnitudes, TellsTheOrder) {
     const double one = 1.0;
