@@ -20,10 +20,11 @@ namespace orv {
 
 namespace {
 
+// In the order of help and documents: noise, sharpness, light, colour.
 constinit const std::array<const Method*, 12> kMethods{
-    &kRestoreMethod,   &kDenoiseMethod,  &kRetinexMethod, &kHomomorphicMethod,
-    &kRecolorMethod,   &kColorizeMethod, &kBlurMethod,    &kDeblurMethod,
-    &kCurvatureMethod, &kWaveletMethod,  &kShockMethod,   &kSusanMethod};
+    &kRestoreMethod,     &kDenoiseMethod, &kWaveletMethod, &kSusanMethod,
+    &kCurvatureMethod,   &kBlurMethod,    &kDeblurMethod,  &kShockMethod,
+    &kHomomorphicMethod, &kRetinexMethod, &kRecolorMethod, &kColorizeMethod};
 
 std::string_view kindName(ParameterKind kind) {
     switch (kind) {
