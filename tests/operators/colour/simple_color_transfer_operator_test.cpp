@@ -130,7 +130,7 @@ TEST(SimpleColorTransferOperator, GivesPackedPicturesTheBytesOfItsPlanes) {
     for (const auto& [width, height] :
          {std::pair(150, 37), {64, 3}, {65, 3}, {9, 5001}, {8, 4100}, {70, 1501}}) {
         const auto source = photoImage(width, height, 5);
-        const auto style = photoImage(height, width, 6);
+        const auto style = photoImage(width, height, 6);
         SimpleColorTransferOperator op = transferOperator();
         RealImage3 stylePlanes(*style);
         op.setStylePlanes(stylePlanes);
