@@ -87,21 +87,23 @@ void centredSquares(const double* values, double mean, double divisor, double* t
     }
 }
 
+// The largest is the same in any order, so that there may be many lanes.
 double largestMagnitude(const double* values, std::size_t count) {
-    double lanes[kLanes] = {};
+    constexpr std::size_t kWide = 4 * kLanes;
+    double lanes[kWide] = {};
     std::size_t i = 0;
-    for (; i + kLanes <= count; i += kLanes) {
-        for (std::size_t k = 0; k < kLanes; ++k) {
+    for (; i + kWide <= count; i += kWide) {
+        for (std::size_t k = 0; k < kWide; ++k) {
             const double m = magnitudeOf(values[i + k]);
             lanes[k] = m > lanes[k] ? m : lanes[k];
         }
     }
-    for (; i < count; ++i) {
+    for (std::size_t k = 0; i < count; ++i, ++k) {
         const double m = magnitudeOf(values[i]);
-        lanes[0] = m > lanes[0] ? m : lanes[0];
+        lanes[k] = m > lanes[k] ? m : lanes[k];
     }
     double largest = lanes[0];
-    for (std::size_t k = 1; k < kLanes; ++k) {
+    for (std::size_t k = 1; k < kWide; ++k) {
         largest = lanes[k] > largest ? lanes[k] : largest;
     }
     return largest;
