@@ -1,5 +1,6 @@
 #include "operators/susan_byte_pass.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -9,7 +10,7 @@
 
 #include "base/rounding.h"
 #include "exports/work_window.h"
-#include "operators/kernels/susan_kernels.h"
+#include "operators/susan_strips.h"
 
 namespace orv {
 
@@ -93,64 +94,77 @@ class ExactBytes {
     std::vector<std::ptrdiff_t> offsets_;
 };
 
-/// The part of the picture whose whole mask lies inside, lanes side by side.
-class LaneRows {
-  public:
-    LaneRows(const SusanExponents& exponents, const SusanBytes& picture)
-        : exponents_(exponents),
-          picture_(picture),
-          rowBytes_(sizeOf(picture.width) * sizeOf(picture.channels)),
-          lines_(kLines * rowBytes_),
-          unsure_(rowBytes_),
-          run_(picture.channels == 3 ? susanKernels().rgbRow : susanKernels().greyRow) {}
+/// Does the marked ones of `count` samples again.
+void redo(const ExactBytes& exact, const unsigned char* unsure, std::size_t first,
+          std::size_t count) {
+    const unsigned char* const end = unsure + count;
+    const unsigned char* mark = unsure;
+    while (mark < end) {
+        mark = static_cast<const unsigned char*>(
+            std::memchr(mark, 1, static_cast<std::size_t>(end - mark)));
+        if (mark == nullptr) {
+            return;
+        }
+        exact.writeInside(first + static_cast<std::size_t>(mark - unsure));
+        ++mark;
+    }
+}
 
-    /// Writes row y but for three pixels at both ends; rows come in rising order.
-    void write(int y, const ExactBytes& exact) {
-        for (; widened_ <= y + kSusanReach; ++widened_) {
-            const unsigned char* const row = picture_.from + sizeOf(widened_) * rowBytes_;
-            float* const line = lineOf(widened_);
-            for (std::size_t i = 0; i < rowBytes_; ++i) {
-                line[i] = row[i];
-            }
-        }
-        const std::size_t edge = sizeOf(kSusanReach * picture_.channels);
-        const std::size_t count = rowBytes_ - 2 * edge;
-        std::array<const float*, kLines> lines;
-        for (int j = 0; j < kLines; ++j) {
-            lines[sizeOf(j)] = lineOf(y - kSusanReach + j) + edge;
-        }
-        const std::size_t first = sizeOf(y) * rowBytes_ + edge;
-        run_(lines.data(), static_cast<int>(count), exponents_, picture_.to + first,
-             unsure_.data());
-        redo(first, count, exact);
+/// Counts lines done as columns of the picture, for the host, and as work.
+class LineCount {
+  public:
+    LineCount(int lines, int width, SusanProgress& progress)
+        : lines_(lines), width_(width), progress_(progress) {}
+
+    /// Call at the head of each line; false once the run shall stop.
+    bool next() {
+        const long long columns = static_cast<long long>(done_) * width_ / lines_;
+        progress_.columnsBelow(static_cast<int>(columns) + 1);
+        const bool goOn = reportLine(done_, lines_);
+        ++done_;
+        return goOn;
     }
 
   private:
-    float* lineOf(int y) { return lines_.data() + sizeOf(y % kLines) * rowBytes_; }
-
-    void redo(std::size_t first, std::size_t count, const ExactBytes& exact) const {
-        const unsigned char* const begin = unsure_.data();
-        const unsigned char* const end = begin + count;
-        const unsigned char* mark = begin;
-        while (mark < end) {
-            mark = static_cast<const unsigned char*>(
-                std::memchr(mark, 1, static_cast<std::size_t>(end - mark)));
-            if (mark == nullptr) {
-                return;
-            }
-            exact.writeInside(first + static_cast<std::size_t>(mark - begin));
-            ++mark;
-        }
-    }
-
-    const SusanExponents& exponents_;
-    const SusanBytes& picture_;
-    std::size_t rowBytes_;
-    std::vector<float> lines_;
-    std::vector<unsigned char> unsure_;
-    SusanKernels::ByteRow run_;
-    int widened_ = 0;
+    int done_ = 0;
+    int lines_;
+    int width_;
+    SusanProgress& progress_;
 };
+
+/// The samples whose whole mask lies inside, lanes side by side.
+void writeInLanes(const SusanExponents& exponents, const SusanBytes& picture,
+                  const ExactBytes& exact, SusanProgress& progress) {
+    const SusanKernels& kernels = susanKernels();
+    const bool rgb = picture.channels == 3;
+    const SusanKernels::ByteWeights weigh = rgb ? kernels.rgbWeights : kernels.greyWeights;
+    const SusanKernels::ByteRow run = rgb ? kernels.rgbRow : kernels.greyRow;
+    constexpr int kStrip = SusanStrip<float>::kStrip;
+    std::array<unsigned char, kStrip> unsure;
+
+    const SusanInside inside = {picture.height, picture.width * picture.channels,
+                                picture.channels};
+    const int rows = picture.height - 2 * kSusanReach;
+    const int strips = (inside.along - 2 * inside.edge() + kStrip - 1) / kStrip;
+    LineCount lineCount(rows * strips, picture.width, progress);
+    runSusanStrips<float>(
+        inside,
+        [&](int y, int first, int count, float* to) {
+            std::copy_n(picture.from + exact.indexOf(0, y, first), count, to);
+        },
+        [&](const float* const* lines, int count, float* slot) {
+            weigh(lines, count, exponents, slot);
+        },
+        [&](int y, int first, int count, const float* const* lines, const float* const* slots) {
+            if (!lineCount.next()) {
+                return false;
+            }
+            const std::size_t at = exact.indexOf(0, y, first);
+            run(lines, slots, count, picture.to + at, unsure.data());
+            redo(exact, unsure.data(), at, sizeOf(count));
+            return true;
+        });
+}
 
 /// The mask without the entries that no picture meets.
 struct InnerMask {
@@ -185,26 +199,24 @@ void susanBytePass(const SusanMask& mask, double inverse, const SusanBytes& pict
     const int width = picture.width;
     const int height = picture.height;
     const bool hasInside = width >= kLines && height >= kLines;
-    LaneRows rows(exponents, picture);
 
-    for (int y = 0; y < height; ++y) {
-        progress.columnsBelow(static_cast<int>(static_cast<long long>(y) * width / height) + 1);
-        if (!reportLine(y, height)) {
-            return;
-        }
+    if (hasInside && inLanes) {
+        writeInLanes(exponents, picture, exact, progress);
+    }
+    LineCount rows(height, width, progress);
+    for (int y = 0; y < height && !workCancelled(); ++y) {
         if (!hasInside || y < kSusanReach || y >= height - kSusanReach) {
             exact.writeNearBorder(y, 0, width);
             continue;
         }
         exact.writeNearBorder(y, 0, kSusanReach);
         exact.writeNearBorder(y, width - kSusanReach, width);
-        if (inLanes) {
-            rows.write(y, exact);
-            continue;
-        }
-        const std::size_t end = exact.indexOf(width - kSusanReach, y, 0);
-        for (std::size_t i = exact.indexOf(kSusanReach, y, 0); i < end; ++i) {
-            exact.writeInside(i);
+        if (!inLanes) {
+            rows.next();
+            const std::size_t end = exact.indexOf(width - kSusanReach, y, 0);
+            for (std::size_t i = exact.indexOf(kSusanReach, y, 0); i < end; ++i) {
+                exact.writeInside(i);
+            }
         }
     }
     progress.columnsBelow(width);

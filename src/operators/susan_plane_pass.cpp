@@ -1,13 +1,13 @@
 #include "operators/susan_plane_pass.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
 
 #include "base/rounding.h"
 #include "exports/work_window.h"
-#include "operators/kernels/susan_kernels.h"
+#include "operators/susan_strips.h"
 
 namespace orv {
 
@@ -46,30 +46,54 @@ void writeNearBorder(const SusanMask& mask, double inverse, const FloatImage& fr
     }
 }
 
-}  // namespace
-
-void susanPlanePass(const SusanMask& mask, double inverse, const FloatImage& from,
-                    FloatImage& to) {
-    const SusanPlaneWeights weights = weightsOf(mask, inverse);
-    const SusanKernels& kernels = susanKernels();
+/// The samples whose mask leaves the plane somewhere.
+void writeBorder(const SusanMask& mask, double inverse, const FloatImage& from, FloatImage& to,
+                 bool hasInside) {
     const int width = from.width();
     const int height = from.height();
-    const bool hasInside = width >= kLines && height >= kLines;
-
-    for (int x = 0; x < width && reportLine(x, width); ++x) {
+    for (int x = 0; x < width && !workCancelled(); ++x) {
         if (!hasInside || x < kSusanReach || x >= width - kSusanReach) {
             writeNearBorder(mask, inverse, from, to, x, 0, height);
             continue;
         }
         writeNearBorder(mask, inverse, from, to, x, 0, kSusanReach);
         writeNearBorder(mask, inverse, from, to, x, height - kSusanReach, height);
-        std::array<const float*, kLines> lines;
-        for (int j = 0; j < kLines; ++j) {
-            lines[static_cast<std::size_t>(j)] = from.row(x - kSusanReach + j) + kSusanReach;
-        }
-        kernels.planeColumn(lines.data(), height - 2 * kSusanReach, weights,
-                            to.row(x) + kSusanReach);
     }
+}
+
+}  // namespace
+
+void susanPlanePass(const SusanMask& mask, double inverse, const FloatImage& from,
+                    FloatImage& to) {
+    const bool hasInside = from.width() >= kLines && from.height() >= kLines;
+    writeBorder(mask, inverse, from, to, hasInside);
+    if (!hasInside) {
+        return;
+    }
+
+    const SusanPlaneWeights weights = weightsOf(mask, inverse);
+    const SusanKernels& kernels = susanKernels();
+    const SusanInside inside = {from.width(), from.height(), /*stride=*/1};
+    constexpr int kStrip = SusanStrip<double>::kStrip;
+    const int columns = from.width() - 2 * kSusanReach;
+    const int strips = (from.height() - 2 * kSusanReach + kStrip - 1) / kStrip;
+    int done = 0;
+    runSusanStrips<double>(
+        inside,
+        [&](int x, int first, int count, double* samples) {
+            std::copy_n(from.row(x) + first, count, samples);
+        },
+        [&](const double* const* lines, int count, double* slot) {
+            kernels.planeWeights(lines, count, weights, slot);
+        },
+        [&](int x, int first, int count, const double* const* lines,
+            const double* const* slots) {
+            if (!reportLine(done++, columns * strips)) {
+                return false;
+            }
+            kernels.planeColumn(lines, slots, count, to.row(x) + first);
+            return true;
+        });
 }
 
 }  // namespace orv

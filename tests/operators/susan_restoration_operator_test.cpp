@@ -130,8 +130,9 @@ TEST(SusanRestorationOperator, GivesTheFormulaByteForByte) {
         int width;
         int height;
     };
-    for (const Size s : {Size{1, 1}, Size{2, 3}, Size{6, 20}, Size{7, 7}, Size{8, 7},
-                         Size{21, 6}, Size{40, 23}, Size{131, 17}}) {
+    for (const Size s :
+         {Size{1, 1}, Size{2, 3}, Size{6, 20}, Size{7, 7}, Size{8, 7}, Size{21, 6},
+          Size{40, 23}, Size{131, 17}, Size{346, 9}, Size{348, 8}, Size{701, 7}}) {
         for (const double threshold : {0.3, 1.0, 4.5, 20.0, 90.0, 1e5}) {
             for (const double sigma : {0.3, 0.8, 2.0, 50.0}) {
                 SCOPED_TRACE(std::to_string(s.width) + " x " + std::to_string(s.height) +
@@ -401,6 +402,23 @@ TEST(SusanRestorationOperator, PlanesGiveTheFormulaRoundedTowardZero) {
         }
     }
     limitKernelTarget(KernelTarget::Avx512);
+}
+
+TEST(SusanRestorationOperator, LongColumnsGiveTheFormulaAcrossTheKernelsStrips) {
+    for (const int height : {517, 518, 519, 1100}) {
+        const FloatImage plane = test::noisePlane(8, height, 3);
+
+        const auto result = SusanRestorationOperator(1, 18.0, 1.1).runPlane(plane);
+
+        int wrong = 0;
+        for (int y = 0; y < height; ++y) {
+            const double v = plainValue(
+                [&](int nx, int ny) { return static_cast<double>(plane.row(nx)[ny]); }, 8,
+                height, 3, y, 18.0, 1.1);
+            wrong += std::fabs(result->row(3)[y] - v) > 1e-4 ? 1 : 0;
+        }
+        EXPECT_EQ(wrong, 0) << height;
+    }
 }
 
 TEST(SusanRestorationOperator, PlanesGoThroughThePassesWithoutTruncation) {

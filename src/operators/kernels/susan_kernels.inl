@@ -32,13 +32,78 @@ inline float powerOfTwo(float y) {
     return power;
 }
 
-/// The seven lines by value: a pointer table in memory could be what a store to the result
-/// changes, as far as the compiler can tell.
-struct Lines {
-    explicit Lines(const float* const* lines)
-        : at{lines[0], lines[1], lines[2], lines[3], lines[4], lines[5], lines[6]} {}
+template <int Squared>
+inline float weightOf(float d, const SusanExponents& e) {
+    return powerOfTwo(d * d * e.quadratic + e.spatial[Squared]);
+}
 
-    const float* at[2 * kSusanReach + 1];
+template <int Squared>
+inline double weightOf(double difference, const SusanPlaneWeights& w) {
+    const double d = difference * w.inverse;
+    return expOf(-(d * d)) * w.spatial[Squared];
+}
+
+/// The row in a slot for the neighbour `Along` pixels on, `Line` lines on.
+constexpr int rowOf(int line, int along) {
+    switch (line) {
+        case 0:
+            return along - 1;
+        case 1:
+            return 3 + along + 3;
+        case 2:
+            return 10 + along + 2;
+        default:
+            return 15 + along + 1;
+    }
+}
+
+template <int Line, int Along, int Stride, class T, class Weights>
+inline void weigh(const T* const* lines, int count, const Weights& given, T* slot) {
+    using Strip = SusanStrip<T>;
+    const Weights weights = given;
+    // From a whole margin in front, so that stores are aligned.
+    const T* const here = lines[0] - Strip::kMargin;
+    const T* const there = lines[Line] - Strip::kMargin + Along * Stride;
+    T* const out = slot + rowOf(Line, Along) * Strip::kRow;
+    const int all = count + 2 * Strip::kMargin;
+    ORV_LANE_LOOP
+    for (int i = 0; i < all; ++i) {
+        out[i] = weightOf<Line * Line + Along * Along>(there[i] - here[i], weights);
+    }
+}
+
+template <int Stride, class T, class Weights>
+void weighLine(const T* const* lines, int count, const Weights& weights, T* slot) {
+    weigh<0, 1, Stride>(lines, count, weights, slot);
+    weigh<0, 2, Stride>(lines, count, weights, slot);
+    weigh<0, 3, Stride>(lines, count, weights, slot);
+    weigh<1, -3, Stride>(lines, count, weights, slot);
+    weigh<1, -2, Stride>(lines, count, weights, slot);
+    weigh<1, -1, Stride>(lines, count, weights, slot);
+    weigh<1, 0, Stride>(lines, count, weights, slot);
+    weigh<1, 1, Stride>(lines, count, weights, slot);
+    weigh<1, 2, Stride>(lines, count, weights, slot);
+    weigh<1, 3, Stride>(lines, count, weights, slot);
+    weigh<2, -2, Stride>(lines, count, weights, slot);
+    weigh<2, -1, Stride>(lines, count, weights, slot);
+    weigh<2, 0, Stride>(lines, count, weights, slot);
+    weigh<2, 1, Stride>(lines, count, weights, slot);
+    weigh<2, 2, Stride>(lines, count, weights, slot);
+    weigh<3, -1, Stride>(lines, count, weights, slot);
+    weigh<3, 0, Stride>(lines, count, weights, slot);
+    weigh<3, 1, Stride>(lines, count, weights, slot);
+}
+
+/// The lines and slots by value: a pointer table in memory could be what a store to the result
+/// changes, as far as the compiler can tell.
+template <class T>
+struct Strips {
+    Strips(const T* const* lines, const T* const* slots)
+        : line{lines[0], lines[1], lines[2], lines[3], lines[4], lines[5], lines[6]},
+          slot{slots[0], slots[1], slots[2], slots[3]} {}
+
+    const T* line[2 * kSusanReach + 1];
+    const T* slot[kSusanReach + 1];
 };
 
 /// Sums of one sample of bytes.
@@ -46,61 +111,63 @@ struct ByteSums {
     float weights = 0.0f;      ///< sum of w
     float differences = 0.0f;  ///< sum of w d
     float sizes = 0.0f;        ///< sum of |w d|, to which the error is in proportion
+
+    inline void take(float w, float d) {
+        const float wd = w * d;
+        weights += w;
+        differences += wd;
+        sizes += __builtin_fabsf(wd);
+    }
 };
 
-template <int Dx, int Dy, int Stride>
-inline void take(const Lines& lines, int i, float centre, const SusanExponents& exponents,
-                 ByteSums& sums) {
-    const float d = lines.at[kSusanReach + Dy][i + Dx * Stride] - centre;
-    const float w =
-        powerOfTwo(d * d * exponents.quadratic + exponents.spatial[Dx * Dx + Dy * Dy]);
-    const float wd = w * d;
-    sums.weights += w;
-    sums.differences += wd;
-    sums.sizes += __builtin_fabsf(wd);
+/// Sums of one sample of a plane.
+struct PlaneSums {
+    double weights = 0.0;
+    double differences = 0.0;
+
+    inline void take(double w, double d) {
+        weights += w;
+        differences += w * d;
+    }
+};
+
+template <int Line, int Along, int Stride, class T, class Sums>
+inline void take(const Strips<T>& s, int i, T centre, Sums& sums) {
+    constexpr bool kForward = Line > 0 || (Line == 0 && Along > 0);
+    // A neighbour that came before holds the weight in its own slot.
+    constexpr int kSlotIndex = kForward ? kSusanReach : kSusanReach + Line;
+    constexpr int kRowIndex = kForward ? rowOf(Line, Along) : rowOf(-Line, -Along);
+    constexpr int kShift = kForward ? 0 : Along * Stride;
+    const T w = s.slot[kSlotIndex]
+                      [kRowIndex * SusanStrip<T>::kRow + SusanStrip<T>::kMargin + kShift + i];
+    sums.take(w, s.line[kSusanReach + Line][i + Along * Stride] - centre);
 }
 
-/// The whole disc without its centre and without (2, -2), which the mask lacks.
-template <int Stride>
-inline ByteSums byteSums(const Lines& lines, int i, const SusanExponents& e) {
-    ByteSums s;
-    const float c = lines.at[kSusanReach][i];
-    take<-1, -3, Stride>(lines, i, c, e, s);
-    take<0, -3, Stride>(lines, i, c, e, s);
-    take<1, -3, Stride>(lines, i, c, e, s);
-    take<-2, -2, Stride>(lines, i, c, e, s);
-    take<-1, -2, Stride>(lines, i, c, e, s);
-    take<0, -2, Stride>(lines, i, c, e, s);
-    take<1, -2, Stride>(lines, i, c, e, s);
-    take<-3, -1, Stride>(lines, i, c, e, s);
-    take<-2, -1, Stride>(lines, i, c, e, s);
-    take<-1, -1, Stride>(lines, i, c, e, s);
-    take<0, -1, Stride>(lines, i, c, e, s);
-    take<1, -1, Stride>(lines, i, c, e, s);
-    take<2, -1, Stride>(lines, i, c, e, s);
-    take<3, -1, Stride>(lines, i, c, e, s);
-    take<-3, 0, Stride>(lines, i, c, e, s);
-    take<-2, 0, Stride>(lines, i, c, e, s);
-    take<-1, 0, Stride>(lines, i, c, e, s);
-    take<1, 0, Stride>(lines, i, c, e, s);
-    take<2, 0, Stride>(lines, i, c, e, s);
-    take<3, 0, Stride>(lines, i, c, e, s);
-    take<-3, 1, Stride>(lines, i, c, e, s);
-    take<-2, 1, Stride>(lines, i, c, e, s);
-    take<-1, 1, Stride>(lines, i, c, e, s);
-    take<0, 1, Stride>(lines, i, c, e, s);
-    take<1, 1, Stride>(lines, i, c, e, s);
-    take<2, 1, Stride>(lines, i, c, e, s);
-    take<3, 1, Stride>(lines, i, c, e, s);
-    take<-2, 2, Stride>(lines, i, c, e, s);
-    take<-1, 2, Stride>(lines, i, c, e, s);
-    take<0, 2, Stride>(lines, i, c, e, s);
-    take<1, 2, Stride>(lines, i, c, e, s);
-    take<2, 2, Stride>(lines, i, c, e, s);
-    take<-1, 3, Stride>(lines, i, c, e, s);
-    take<0, 3, Stride>(lines, i, c, e, s);
-    take<1, 3, Stride>(lines, i, c, e, s);
-    return s;
+/// The neighbours on the line `Line`, from `From` to `To` pixels on.
+template <int Line, int From, int To, int Stride, class T, class Sums>
+inline void takeRange(const Strips<T>& s, int i, T centre, Sums& sums) {
+    if constexpr (From <= To) {
+        if constexpr (Line != 0 || From != 0) {
+            take<Line, From, Stride>(s, i, centre, sums);
+        }
+        takeRange<Line, From + 1, To, Stride>(s, i, centre, sums);
+    }
+}
+
+/// The whole disc but for its centre and one corner, which is at (x, y) = (2, -2): the upper
+/// end of line -2 where lines are rows, the lower end of line 2 where they are columns.
+template <bool LinesAreRows, int Stride, class T, class Sums>
+inline Sums sumsOf(const Strips<T>& s, int i) {
+    Sums sums;
+    const T c = s.line[kSusanReach][i];
+    takeRange<-3, -1, 1, Stride>(s, i, c, sums);
+    takeRange<-2, -2, LinesAreRows ? 1 : 2, Stride>(s, i, c, sums);
+    takeRange<-1, -3, 3, Stride>(s, i, c, sums);
+    takeRange<0, -3, 3, Stride>(s, i, c, sums);
+    takeRange<1, -3, 3, Stride>(s, i, c, sums);
+    takeRange<2, LinesAreRows ? -2 : -1, 2, Stride>(s, i, c, sums);
+    takeRange<3, -1, 1, Stride>(s, i, c, sums);
+    return sums;
 }
 
 // The error of a weight is at most 2.3e-5 of it: 475 half units of the exponent, whose parts
@@ -114,14 +181,13 @@ constexpr float kRoundingError = 2.0e-6f;
 constexpr float kLeastWeight = 1.0e-20f;
 
 template <int Stride>
-void byteRow(const float* const* table, int count, const SusanExponents& given,
+void byteRow(const float* const* lines, const float* const* slots, int count,
              unsigned char* out, unsigned char* unsure) {
     constexpr float kRounding = 12582912.0f;
-    const Lines lines(table);
-    const SusanExponents exponents = given;
+    const Strips<float> strips(lines, slots);
     ORV_LANE_LOOP
     for (int i = 0; i < count; ++i) {
-        const ByteSums s = byteSums<Stride>(lines, i, exponents);
+        const ByteSums s = sumsOf<true, Stride, float, ByteSums>(strips, i);
         const float o = s.differences / s.weights;
         const float nearest = (o + kRounding) - kRounding;
         const float below = nearest > o ? nearest - 1.0f : nearest;
@@ -130,67 +196,9 @@ void byteRow(const float* const* table, int count, const SusanExponents& given,
         const bool close = __builtin_fabsf(o - nearest) * s.weights <= error;
         // Without any difference o is exactly 0.
         unsure[i] = static_cast<unsigned char>((close ? 1 : 0) & (s.sizes > 0.0f ? 1 : 0));
-        out[i] = static_cast<unsigned char>(static_cast<int>(lines.at[kSusanReach][i] + below));
+        out[i] =
+            static_cast<unsigned char>(static_cast<int>(strips.line[kSusanReach][i] + below));
     }
-}
-
-/// Sums of one sample of a plane.
-struct PlaneSums {
-    double weights = 0.0;
-    double differences = 0.0;
-};
-
-template <int Dx, int Dy>
-inline void takeExactly(const Lines& lines, int i, double centre,
-                        const SusanPlaneWeights& weights, PlaneSums& sums) {
-    const double difference = static_cast<double>(lines.at[kSusanReach + Dx][i + Dy]) - centre;
-    const double d = difference * weights.inverse;
-    const double w = expOf(-(d * d)) * weights.spatial[Dx * Dx + Dy * Dy];
-    sums.weights += w;
-    sums.differences += w * difference;
-}
-
-/// The same disc in the order of the mask: the order of the sums is part of the result.
-inline double planeValue(const Lines& lines, int i, const SusanPlaneWeights& t) {
-    PlaneSums s;
-    const double c = lines.at[kSusanReach][i];
-    takeExactly<-3, -1>(lines, i, c, t, s);
-    takeExactly<-3, 0>(lines, i, c, t, s);
-    takeExactly<-3, 1>(lines, i, c, t, s);
-    takeExactly<-2, -2>(lines, i, c, t, s);
-    takeExactly<-2, -1>(lines, i, c, t, s);
-    takeExactly<-2, 0>(lines, i, c, t, s);
-    takeExactly<-2, 1>(lines, i, c, t, s);
-    takeExactly<-2, 2>(lines, i, c, t, s);
-    takeExactly<-1, -3>(lines, i, c, t, s);
-    takeExactly<-1, -2>(lines, i, c, t, s);
-    takeExactly<-1, -1>(lines, i, c, t, s);
-    takeExactly<-1, 0>(lines, i, c, t, s);
-    takeExactly<-1, 1>(lines, i, c, t, s);
-    takeExactly<-1, 2>(lines, i, c, t, s);
-    takeExactly<-1, 3>(lines, i, c, t, s);
-    takeExactly<0, -3>(lines, i, c, t, s);
-    takeExactly<0, -2>(lines, i, c, t, s);
-    takeExactly<0, -1>(lines, i, c, t, s);
-    takeExactly<0, 1>(lines, i, c, t, s);
-    takeExactly<0, 2>(lines, i, c, t, s);
-    takeExactly<0, 3>(lines, i, c, t, s);
-    takeExactly<1, -3>(lines, i, c, t, s);
-    takeExactly<1, -2>(lines, i, c, t, s);
-    takeExactly<1, -1>(lines, i, c, t, s);
-    takeExactly<1, 0>(lines, i, c, t, s);
-    takeExactly<1, 1>(lines, i, c, t, s);
-    takeExactly<1, 2>(lines, i, c, t, s);
-    takeExactly<1, 3>(lines, i, c, t, s);
-    takeExactly<2, -1>(lines, i, c, t, s);
-    takeExactly<2, 0>(lines, i, c, t, s);
-    takeExactly<2, 1>(lines, i, c, t, s);
-    takeExactly<2, 2>(lines, i, c, t, s);
-    takeExactly<3, -1>(lines, i, c, t, s);
-    takeExactly<3, 0>(lines, i, c, t, s);
-    takeExactly<3, 1>(lines, i, c, t, s);
-    const double value = c + s.differences / s.weights;
-    return s.weights == 0.0 ? 0.0 : value;
 }
 
 /// The float next to v on the side of zero, or v itself.
@@ -204,27 +212,27 @@ inline float towardZero(double v) {
     return rounded;
 }
 
-void planeColumn(const float* const* table, int count, const SusanPlaneWeights& given,
+void planeColumn(const double* const* lines, const double* const* slots, int count,
                  float* out) {
-    constexpr int kChunk = 256;
-    const Lines lines(table);
-    const SusanPlaneWeights weights = given;
-    double values[kChunk];
-    for (int from = 0; from < count; from += kChunk) {
-        const int size = count - from < kChunk ? count - from : kChunk;
-        ORV_LANE_LOOP
-        for (int i = 0; i < size; ++i) {
-            values[i] = planeValue(lines, from + i, weights);
-        }
-        for (int i = 0; i < size; ++i) {
-            out[from + i] = towardZero(values[i]);
-        }
+    double values[SusanStrip<double>::kStrip];
+    const Strips<double> strips(lines, slots);
+    ORV_LANE_LOOP
+    for (int i = 0; i < count; ++i) {
+        const PlaneSums s = sumsOf<false, 1, double, PlaneSums>(strips, i);
+        const double value = strips.line[kSusanReach][i] + s.differences / s.weights;
+        values[i] = s.weights == 0.0 ? 0.0 : value;
+    }
+    for (int i = 0; i < count; ++i) {
+        out[i] = towardZero(values[i]);
     }
 }
 
 }  // namespace
 
 extern const SusanKernels kSusanKernels;
-constinit const SusanKernels kSusanKernels = {byteRow<3>, byteRow<1>, planeColumn};
+constinit const SusanKernels kSusanKernels = {
+    weighLine<3, float, SusanExponents>,     byteRow<3>,
+    weighLine<1, float, SusanExponents>,     byteRow<1>,
+    weighLine<1, double, SusanPlaneWeights>, planeColumn};
 
 }  // namespace orv::ORV_KERNEL_NAMESPACE

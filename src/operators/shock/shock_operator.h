@@ -22,8 +22,8 @@ inline constexpr double kShockArctanScale = 1.0;
 /// Reports no progress of its own; with three planes the progress window moves on.
 ///
 /// Units:   timeStep in pixels.
-/// Domain:  every double. Steps above 0.5 overshoot and flicker; the samples stay within 0
-///          and 255.
+/// Domain:  every double. With the diffusion, steps from about 0.7 on flicker, and shorter ones
+///          with a larger weight; the samples stay within 0 and 255 all the same.
 /// Owns:    filter and term of a run, which go with it.
 /// Source:  [OsherRudin1990], [AlvarezMazorra1994], [GilboaSochenZeevi2002]
 class ShockOperator : public RealPlaneImageOperator {
