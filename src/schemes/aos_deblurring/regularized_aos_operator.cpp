@@ -14,12 +14,14 @@ namespace orv {
 
 namespace {
 
+constexpr int kBlockColumns = 64;
+
 LineFactors factorsOf(ThomasLinearSystem& system) {
     return {system.multipliers().data(), system.pivots().data(), system.matrix().upper().data(),
             system.rows()};
 }
 
-/// Moves what the mirrored rows of a line read to their places; at(x) is a sample or a column.
+/// Calls move(from, to) for what the mirrored rows of a line read, a sample or a whole column.
 template <class Move>
 void mirrorEnds(int n, Move move) {
     // What another place reads is moved before it is overwritten, also on lines of 6.
@@ -41,10 +43,6 @@ struct RegularizedAosOperator::DataPlanes {
     float rightSide(int x, int y) const {
         const float u0 = u.row(x)[y];
         return u0 - (v.row(x)[y] - w.row(x)[y]) * lambda * tau;
-    }
-    void rightSides(FloatImage& target) const {
-        deblurKernels().rightSide({u.data(), v.data(), w.data()}, lambda, tau, u.sampleCount(),
-                                  target.data());
     }
 };
 
@@ -215,7 +213,8 @@ bool RegularizedAosOperator::sweepByKernels(int i, const DataPlanes& data, Float
     const bool last = i == iterations_ - 1;
     if (last) {
         factoriseUniform(*systemX_, width_);
-        data.rightSides(target);
+        deblurKernels().rightSide({data.u.data(), data.v.data(), data.w.data()}, lambda_, tau_,
+                                  target.sampleCount(), target.data());
         mirrorEnds(width_, [&](int from, int to) {
             std::copy_n(target.row(from), height_, target.row(to));
         });
@@ -225,18 +224,30 @@ bool RegularizedAosOperator::sweepByKernels(int i, const DataPlanes& data, Float
         reportColumn(i, x);
     }
     if (last && !workCancelled()) {
-        factoriseUniform(*systemY_, height_);
-        FloatImage& columns = workPlane(workColumns_);
-        data.rightSides(columns);
-        for (int x = 0; x < width_; ++x) {
-            float* const line = columns.row(x);
-            mirrorEnds(height_, [&](int from, int to) { line[to] = line[from]; });
-        }
-        passes_.solveColumns(factorsOf(*systemY_), columns);
-        deblurKernels().addAndClamp(columns.data(), lower_, upper_, target.sampleCount(),
-                                    target.data());
+        addColumns(data, target);
     }
     return !workCancelled();
+}
+
+// Blocks of columns that stay in the cache from the right side to the sum.
+void RegularizedAosOperator::addColumns(const DataPlanes& data, FloatImage& target) {
+    factoriseUniform(*systemY_, height_);
+    const LineFactors factors = factorsOf(*systemY_);
+    const DeblurKernels& kernels = deblurKernels();
+    FloatImage block(kBlockColumns, height_);
+    for (int first = 0; first < width_; first += kBlockColumns) {
+        const int columns = std::min(kBlockColumns, width_ - first);
+        const std::size_t count =
+            static_cast<std::size_t>(columns) * static_cast<std::size_t>(height_);
+        kernels.rightSide({data.u.row(first), data.v.row(first), data.w.row(first)}, lambda_,
+                          tau_, count, block.data());
+        for (int x = 0; x < columns; ++x) {
+            float* const line = block.row(x);
+            mirrorEnds(height_, [&](int from, int to) { line[to] = line[from]; });
+        }
+        passes_.solveColumns(factors, block);
+        kernels.addAndClamp(block.data(), lower_, upper_, count, target.row(first));
+    }
 }
 
 void RegularizedAosOperator::factoriseUniform(ThomasLinearSystem& system, int n) const {

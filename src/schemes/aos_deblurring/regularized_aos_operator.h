@@ -42,7 +42,7 @@ class RegularizedAosOperator : public SimpleAosOperator {
     ///
     /// Shapes:  target w x h as the source, or null, which makes a clone of the source.
     /// Domain:  w and h at least 6.
-    /// Owns:    two or three work planes, kept for the next plane of the same size.
+    /// Owns:    one or two work planes, kept for the next plane of the same size.
     /// Cost:    two smoothings, two more an iteration, two passes of line solves.
     /// Quirk:   float-assign, aos-last-super, aos-mirrored-ends, aos-progress-overshoot
     std::unique_ptr<FloatImage> apply(const FloatImage& source,
@@ -80,6 +80,7 @@ class RegularizedAosOperator : public SimpleAosOperator {
     bool sweepRows(int i, const DataPlanes& data, FloatImage& target);
     bool sweepColumns(int i, const DataPlanes& data, FloatImage& target);
     bool sweepByKernels(int i, const DataPlanes& data, FloatImage& target);
+    void addColumns(const DataPlanes& data, FloatImage& target);
     void factoriseUniform(ThomasLinearSystem& system, int n) const;
     bool runIteration(int i, bool byKernels, const DataPlanes& data, FloatImage& target);
 
@@ -87,7 +88,6 @@ class RegularizedAosOperator : public SimpleAosOperator {
     LinePasses passes_;
     std::unique_ptr<FloatImage> workV_;
     std::unique_ptr<FloatImage> workW_;
-    std::unique_ptr<FloatImage> workColumns_;
 };
 
 }  // namespace orv
