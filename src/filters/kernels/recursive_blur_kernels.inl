@@ -8,11 +8,11 @@ namespace {
 
 #include "filters/kernels/column_tiles.inl"
 
-// What a step computes at once, and fetches of the next column.
+// What a step computes at once, and fetches of the columns that come next.
 constexpr int kStepBytes = 256;
 constexpr int kLineBytes = 64;
-// Pieces of the columns that a step reads, and of the next one, fit the first-level cache.
-constexpr int kPieceBytes = 4096;
+// Pieces of the columns that a step reads, and of the next ones, fit the first-level cache.
+constexpr int kPieceBytes = 2048;
 
 template <class Sample>
 [[gnu::always_inline]] inline void stepSamples(const RecursionCoefficients<Sample> k,
@@ -26,25 +26,83 @@ template <class Sample>
     }
 }
 
-// One step of the recursion for samples `from` to `to` of a column; the same samples `ahead` of
-// it are fetched.
+// A column of the recursion: what is read, what is written, and how far off the one is that is
+// fetched for later.
 template <class Sample>
-void stepPiece(const RecursionCoefficients<Sample>& coefficients, const Sample* in,
-               const RecursionHistory<Sample>& history, int from, int to, std::ptrdiff_t ahead,
-               Sample* out) {
+struct Step {
+    const Sample* in;
+    Sample* out;
+    std::ptrdiff_t ahead;
+};
+
+template <class Sample>
+[[gnu::always_inline]] inline void fetchAhead(const Step<Sample>& step, int i) {
+    for (int line = 0; line < kStepBytes; line += kLineBytes) {
+        const int sample = i + line / static_cast<int>(sizeof(Sample));
+        ORV_PREFETCH(step.in + step.ahead + sample);
+        ORV_PREFETCH_WRITE(step.out + step.ahead + sample);
+    }
+}
+
+// One step of the recursion for samples `from` to `to` of a column.
+template <class Sample>
+void stepPiece(const RecursionCoefficients<Sample>& coefficients, const Step<Sample>& column,
+               const RecursionHistory<Sample>& history, int from, int to) {
     constexpr int kBlock = kStepBytes / static_cast<int>(sizeof(Sample));
-    constexpr int kLine = kLineBytes / static_cast<int>(sizeof(Sample));
     const RecursionCoefficients<Sample> k = coefficients;
     const RecursionHistory<Sample> before = history;
     int i = from;
     for (; i + kBlock <= to; i += kBlock) {
-        for (int line = 0; line < kBlock; line += kLine) {
-            ORV_PREFETCH(in + ahead + i + line);
-            ORV_PREFETCH_WRITE(out + ahead + i + line);
-        }
-        stepSamples(k, in, before, i, i + kBlock, out);
+        fetchAhead(column, i);
+        stepSamples(k, column.in, before, i, i + kBlock, column.out);
     }
-    stepSamples(k, in, before, i, to, out);
+    stepSamples(k, column.in, before, i, to, column.out);
+}
+
+// Four steps at once, which read the columns before them but once.
+template <class Sample>
+void fourSteps(const RecursionCoefficients<Sample>& coefficients, const Step<Sample>& first,
+               std::ptrdiff_t stride, const RecursionHistory<Sample>& history, int from,
+               int to) {
+    constexpr int kBlock = kStepBytes / static_cast<int>(sizeof(Sample));
+    const RecursionCoefficients<Sample> k = coefficients;
+    const RecursionHistory<Sample> before = history;
+    const Sample* const in[] = {first.in, first.in + stride, first.in + 2 * stride,
+                                first.in + 3 * stride};
+    Sample* const out[] = {first.out, first.out + stride, first.out + 2 * stride,
+                           first.out + 3 * stride};
+    const auto samples = [&](int begin, int end) {
+        const Sample* const in0 = in[0];
+        const Sample* const in1 = in[1];
+        const Sample* const in2 = in[2];
+        const Sample* const in3 = in[3];
+        Sample* const out0 = out[0];
+        Sample* const out1 = out[1];
+        Sample* const out2 = out[2];
+        Sample* const out3 = out[3];
+        ORV_LANE_LOOP
+        for (int i = begin; i < end; ++i) {
+            const Sample near = before.near[i];
+            const Sample middle = before.middle[i];
+            const Sample far = before.far[i];
+            const Sample a = k.gain * in0[i] + k.near * near + k.middle * middle + k.far * far;
+            const Sample b = k.gain * in1[i] + k.near * a + k.middle * near + k.far * middle;
+            const Sample c = k.gain * in2[i] + k.near * b + k.middle * a + k.far * near;
+            const Sample d = k.gain * in3[i] + k.near * c + k.middle * b + k.far * a;
+            out0[i] = a;
+            out1[i] = b;
+            out2[i] = c;
+            out3[i] = d;
+        }
+    };
+    int i = from;
+    for (; i + kBlock <= to; i += kBlock) {
+        for (int column = 0; column < 4; ++column) {
+            fetchAhead(Step<Sample>{in[column], out[column], first.ahead}, i);
+        }
+        samples(i, i + kBlock);
+    }
+    samples(i, to);
 }
 
 template <class Sample>
@@ -54,11 +112,18 @@ void runAlongX(const RecursionCoefficients<Sample>& coefficients, const ColumnRu
     for (int from = 0; from < run.length; from += kPiece) {
         const int to = run.length - from < kPiece ? run.length : from + kPiece;
         RecursionHistory<Sample> before = history;
-        for (int column = 0; column < run.columns; ++column) {
+        int column = 0;
+        for (; column + 4 <= run.columns; column += 4) {
             const std::ptrdiff_t offset = column * run.stride;
-            const bool more = column + 1 < run.columns;
-            stepPiece(coefficients, run.in + offset, before, from, to, more ? run.stride : 0,
-                      run.out + offset);
+            const std::ptrdiff_t ahead = column + 8 <= run.columns ? 4 * run.stride : 0;
+            fourSteps(coefficients, {run.in + offset, run.out + offset, ahead}, run.stride,
+                      before, from, to);
+            const Sample* const last = run.out + offset + 3 * run.stride;
+            before = {last, last - run.stride, last - 2 * run.stride};
+        }
+        for (; column < run.columns; ++column) {
+            const std::ptrdiff_t offset = column * run.stride;
+            stepPiece(coefficients, {run.in + offset, run.out + offset, 0}, before, from, to);
             before = {run.out + offset, before.near, before.middle};
         }
     }
