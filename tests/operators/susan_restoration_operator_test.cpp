@@ -474,6 +474,13 @@ TEST(Quirk, SusanBlack) {
     EXPECT_EQ(narrow->red(4, 4), 0);
     EXPECT_EQ(narrow->green(4, 4), 10);
     EXPECT_EQ(tiny->red(4, 4), 0);
+
+    FloatImage plane(9, 9, 10.0f);
+    plane.row(4)[4] = 250.0f;
+    plane.row(0)[0] = 250.0f;
+    const auto smoothed = SusanRestorationOperator(1, 5.0, 2.0).runPlane(plane);
+    EXPECT_EQ(smoothed->row(4)[4], 0.0f);
+    EXPECT_EQ(smoothed->row(0)[0], 0.0f);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/cpu_features.h"
+#include "images/real_image_differences.h"
 #include "operators/shock/arctan_shock_term.h"
 #include "operators/shock/diffusive_arctan_shock_term.h"
 #include "operators/shock/diffusive_sign_shock_term.h"
@@ -181,6 +182,27 @@ TEST(ShockFilter, TheSignIsRightWhereTheQuotientUnderflowsOrIsNoNumber) {
             }
         }
     }
+}
+
+TEST(ShockFilter, TheSignOfAQuotientThatUnderflowsIsZero) {
+    // The numerator of eta is 1e-320, over a squared gradient of 1e4 it is 0.
+    RealImage source(3, 3);
+    source.row(0)[1] = -100.0;
+    source.row(2)[1] = 100.0;
+    source.row(1)[2] = 1e-322;
+    source.row(2)[2] = 4.0;
+    for (const int method : {0, 1}) {
+        for (const KernelTarget target : kTargets) {
+            limitKernelTarget(target);
+            const auto term = termOf(method, 0.0);
+
+            const auto result = ShockFilter(term.get(), 1, -0.25).apply(source, nullptr);
+
+            EXPECT_EQ(secondAlongGradient(source, 1, 1), 0.0);
+            EXPECT_EQ(result->row(1)[1], 0.0) << method << " with " << nameOf(target);
+        }
+    }
+    limitKernelTarget(KernelTarget::Avx512);
 }
 
 TEST(ShockFilter, PlanesNarrowerOrLowerThanThreeComeBack) {
