@@ -144,7 +144,8 @@ std::string methodHelp(const Method& method) {
         }
     }
     text += "\nFiles and messages:\n";
-    text += row("-f, --force", "overwrite OUT if it exists; OUT may then be IN");
+    text += row("-f, --force",
+                "overwrite OUT if it exists; OUT may then be " + std::string(method.picture));
     text += row("-q, --quiet", "errors alone: no progress, warnings or result line");
     text += row("-h, --help", "show this");
     text += pictureFiles();
