@@ -58,9 +58,7 @@ class ExactBytes {
         const int c = *centre;
         SusanSums sums;
         for (std::size_t k = 0; k < offsets_.size(); ++k) {
-            const int difference = centre[offsets_[k]] - c;
-            sums.take(difference,
-                      similarities_[sizeOf(std::abs(difference))] * mask_.weights[k]);
+            take(sums, centre[offsets_[k]] - c, k);
         }
         picture_.to[i] = toLowByte(toInt(sums.around(c)));
     }
@@ -69,15 +67,7 @@ class ExactBytes {
     void writeNearBorder(int y, int begin, int end) const {
         for (int x = begin; x < end; ++x) {
             for (int c = 0; c < picture_.channels; ++c) {
-                const double value = susanValue(
-                    mask_, x, y, picture_.width, picture_.height,
-                    [&](int nx, int ny) {
-                        return static_cast<double>(picture_.from[indexOf(nx, ny, c)]);
-                    },
-                    [&](double difference) {
-                        return similarities_[sizeOf(std::abs(toInt(difference)))];
-                    });
-                picture_.to[indexOf(x, y, c)] = toLowByte(toInt(value));
+                writeWithin(x, y, indexOf(x, y, c));
             }
         }
     }
@@ -88,6 +78,25 @@ class ExactBytes {
     }
 
   private:
+    /// Writes byte `i`, which is at (x, y), by the neighbours inside the picture.
+    void writeWithin(int x, int y, std::size_t i) const {
+        const unsigned char* const centre = picture_.from + i;
+        const int c = *centre;
+        SusanSums sums;
+        for (std::size_t k = 0; k < offsets_.size(); ++k) {
+            const int nx = x + mask_.xs[k];
+            const int ny = y + mask_.ys[k];
+            if (0 <= nx && nx < picture_.width && 0 <= ny && ny < picture_.height) {
+                take(sums, centre[offsets_[k]] - c, k);
+            }
+        }
+        picture_.to[i] = toLowByte(toInt(sums.around(c)));
+    }
+
+    void take(SusanSums& sums, int difference, std::size_t k) const {
+        sums.take(difference, similarities_[sizeOf(std::abs(difference))] * mask_.weights[k]);
+    }
+
     const SusanMask& mask_;
     const SusanBytes& picture_;
     std::array<double, 256> similarities_;
