@@ -12,6 +12,10 @@ double elementaryExp(double x) {
     return expOf(x);
 }
 
+double elementaryOneMinusExp(double x) {
+    return oneMinusExpOf(x);
+}
+
 double elementaryLog(double x) {
     return logOf(x);
 }

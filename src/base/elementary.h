@@ -9,6 +9,8 @@ namespace orv {
 ///
 /// Domain:  every double; special values as the C standard tells.
 double elementaryExp(double x);
+/// 1 - e^x for x of at most 0, without the digits that the difference loses where e^x is near 1.
+double elementaryOneMinusExp(double x);
 /// The natural logarithm.
 double elementaryLog(double x);
 /// The logarithm to base 10.

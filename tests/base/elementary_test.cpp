@@ -115,6 +115,27 @@ TEST(Elementary, Exp10IsWithinAUnitOfTheLastPlace) {
               kLimit);
 }
 
+// The difference is exact; beyond ln(2) / 2 it has up to twice the exponential's error in units.
+TEST(Elementary, OneMinusExpLosesNoDigitsNearZero) {
+    NEEDS_LONG_DOUBLE();
+    Arguments a;
+    const auto exact = [](long double x) { return -std::expm1(x); };
+    EXPECT_LT(worstError(elementaryOneMinusExp, exact, [&] { return a.between(-0.34, 0.0); }),
+              1.0);
+    EXPECT_LT(worstError(elementaryOneMinusExp, exact, [&] { return a.between(-40.0, 0.0); }),
+              2.0);
+    EXPECT_LT(worstError(elementaryOneMinusExp, exact, [&] { return -a.anyPositive(); }), 2.0);
+}
+
+TEST(Elementary, OneMinusExpIs1FarBelowAndNeverANegativeZero) {
+    for (const double x : {-38.0, -64.0, -64.1, -745.0, -1e300, -kInfinity}) {
+        EXPECT_EQ(elementaryOneMinusExp(x), 1.0) << x;
+    }
+    EXPECT_TRUE(sameBits(elementaryOneMinusExp(0.0), 0.0));
+    EXPECT_TRUE(sameBits(elementaryOneMinusExp(-0.0), 0.0));
+    EXPECT_TRUE(sameBits(elementaryOneMinusExp(-kNan), kNan));
+}
+
 TEST(Elementary, LogarithmsAreWithinAUnitOfTheLastPlace) {
     NEEDS_LONG_DOUBLE();
     Arguments a;

@@ -1,9 +1,8 @@
 // Exponentials to the bases e and 10.
 
-/// e to the power (high - low) for a difference of at most ln(2) / 2: the rational form
-/// 1 + r + r c / (2 - c) with c = r - r^2 P(r^2), P a minimax polynomial (error 2^-62). The one
-/// sum that would lose bits, 1 + high, is made exact by its remainder.
-inline double expCore(double high, double low) {
+/// e to the power (high - low) for a difference of at most ln(2) / 2, less 1 + high: the rational
+/// form 1 + r + r c / (2 - c) with c = r - r^2 P(r^2), P a minimax polynomial (error 2^-62).
+inline double expRest(double high, double low) {
     const double r = high - low;
     const double t = r * r;
     const double t2 = t * t;
@@ -11,9 +10,18 @@ inline double expCore(double high, double low) {
                      t2 * ((0x1.1566aac07b84dp-14 + t * -0x1.bbd3aa9ad609cp-20) +
                            t2 * 0x1.6348e9220a0bfp-25);
     const double c = r - t * p;
-    const double rest = (r * c) / (2.0 - c) - low;
+    return (r * c) / (2.0 - c) - low;
+}
+
+/// 1 + high + rest. The one sum that would lose bits, 1 + high, is made exact by its remainder.
+inline double withRest(double high, double rest) {
     const double sum = 1.0 + high;
     return sum + (((1.0 - sum) + high) + rest);
+}
+
+/// e to the power (high - low).
+inline double expCore(double high, double low) {
+    return withRest(high, expRest(high, low));
 }
 
 // 2 to the power of the whole number in `shifted` - kWholeShift, -1022 to 1023.
@@ -76,6 +84,20 @@ inline double expInRange(double x) {
 inline double expOf(double x) {
     const ExpReduction r = reduceExp(within(x, -800.0, 800.0), 0.0);
     return orNan(x == x, scaled(expCore(r.high, r.low), r.shifted));
+}
+
+/// 1 - e^x for x of at most 0, without what a difference loses where e^x is near 1: there 1 is
+/// left out of the sum. The error stays below 2 units in the last place. From -64 down it is 1.
+inline double oneMinusExpOf(double x) {
+    const double raised = x < -64.0 ? -64.0 : x;
+    const double shifted = raised * 0x1.71547652b82fep+0 + kWholeShift;
+    const double k = shifted - kWholeShift;
+    const double high = raised - k * kLn2High;
+    const double low = k * kLn2Low;
+    const double rest = expRest(high, low);
+    const double far = 1.0 - scaledInRange(withRest(high, rest), shifted);
+    const double near = 0.0 - (high + rest);
+    return orNan(x == x, k == 0.0 ? near : far);
 }
 
 /// exp10Of for x from -307 to 308.
