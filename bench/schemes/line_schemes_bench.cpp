@@ -17,15 +17,15 @@
 #include "support/pictures.h"
 #include "support/ratios.h"
 
-// One step of each line scheme on one plane, Perona/Malik, diffusivity included: the kernels of
-// every target against the line by line path.
+// One step of each line scheme on one plane, Perona/Malik, diffusivity included, and AOS with
+// Weickert's exponentials: the kernels of every target against the line by line path.
 
 namespace orv::bench {
 namespace {
 
 constexpr double kTau = 2.0;
 constexpr double kContrast = 10.0;
-constexpr const char* kSchemes[] = {"LOD", "AFI", "ADI", "AOS", "AMOS"};
+constexpr const char* kSchemes[] = {"LOD", "AFI", "ADI", "AOS", "AMOS", "AOS-WE2", "AOS-WE4"};
 
 FloatImage photoPlane(const PictureSize& size) {
     const std::vector<unsigned char> bytes = photoBytes(size.width, size.height);
@@ -51,17 +51,24 @@ std::unique_ptr<Splitted2DRestoration> makeScheme(const std::string& name, Flow*
     if (name == "ADI") {
         return std::make_unique<CflAdi2DRestoration>(0, 1, 1, kTau, flow, true, true, true);
     }
-    if (name == "AOS") {
+    if (name.starts_with("AOS")) {
         return std::make_unique<Aos2DRestoration>(0, 1, 1, kTau, flow, true, true);
     }
     return std::make_unique<Amos2DRestoration>(0, 1, 1, kTau, flow, true, true, true);
+}
+
+int flowKindOf(const std::string& scheme) {
+    if (scheme == "AOS-WE2") {
+        return 11;
+    }
+    return scheme == "AOS-WE4" ? 10 : 0;
 }
 
 // A scheme with its flow, kept over the turns as a restoration keeps it over the channels.
 class Runner {
   public:
     Runner(const std::string& scheme, double sigma, bool plain)
-        : flow_(sigma, kContrast, /*kind=*/0, /*gradientNormId=*/0),
+        : flow_(sigma, kContrast, flowKindOf(scheme), /*gradientNormId=*/0),
           scheme_(makeScheme(scheme, &flow_)) {
         flow_.setPlainPath(plain);
         scheme_->setPlainPath(plain);

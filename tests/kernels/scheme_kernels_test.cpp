@@ -171,7 +171,30 @@ TEST_P(SchemeKernels, DiffusivityOfIntegersHasThePlainBits) {
         plane.data()[i] = std::floor(plane.data()[i]);
     }
     for (const double contrast : {1.0, 2.0, 3.0, 10.0, 0.001, 1e6}) {
-        expectPlainBits({.contrast = contrast}, plane);
+        for (const int kind : kKinds) {
+            expectPlainBits({.contrast = contrast, .kind = kind}, plane);
+        }
+    }
+}
+
+// The diffusivity by itself, before a step hides the digits of small values.
+TEST_P(SchemeKernels, DiffusivityPlanesHaveThePlainBitsFromZeroToOne) {
+    FloatImage plane = noisePlane(40, 700, /*seed=*/19);
+    for (std::size_t i = 0; i < plane.sampleCount(); ++i) {
+        const int exponent = static_cast<int>(i % 97) / 4 - 12;
+        plane.data()[i] = std::ldexp(plane.data()[i], exponent);
+    }
+    for (const int kind : kKinds) {
+        for (int norm = 0; norm < 6; ++norm) {
+            DiffusionFlow flow(/*sigma=*/0.0, /*contrast=*/9.0, kind, norm);
+            flow.setPlainPath(true);
+            const auto expected = flow.computeDiffusivity(plane, nullptr);
+
+            flow.setPlainPath(false);
+            const auto actual = flow.computeDiffusivity(plane, nullptr);
+
+            EXPECT_TRUE(test::sameBits(*expected, *actual)) << kind << ", norm " << norm;
+        }
     }
 }
 
@@ -211,6 +234,9 @@ TEST_P(SchemeKernels, NanAndInfinityTravelAsOnThePlainPath) {
                 expectPlainBits({.scheme = scheme, .norm = norm, .fidelity = norm % 2 == 1},
                                 plane);
             }
+        }
+        for (const int kind : kKinds) {
+            expectPlainBits({.kind = kind}, plane);
         }
     }
 }

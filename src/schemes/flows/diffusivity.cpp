@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "base/elementary.h"
+
 namespace orv {
 
 double diffusivity(FlowKind kind, double s) {
@@ -11,11 +13,11 @@ double diffusivity(FlowKind kind, double s) {
         case FlowKind::TotalVariation:
             return 1.0 / std::sqrt(s + 0.0001);
         case FlowKind::Weickert2:
-            return 1.0 - std::exp(-2.33666 / (s * s));
+            return elementaryOneMinusExp(-2.33666 / (s * s));
         case FlowKind::Weickert3:
-            return 1.0 - std::exp(-2.9183 / (s * s * s));
+            return elementaryOneMinusExp(-2.9183 / (s * s * s));
         case FlowKind::Weickert4:
-            return 1.0 - std::exp(-3.31488 / (s * s * s * s));
+            return elementaryOneMinusExp(-3.31488 / (s * s * s * s));
         case FlowKind::PeronaMalik:
             break;
     }

@@ -14,9 +14,8 @@ struct ColumnStencil {
 /// Hot loops of the diffusivity, one interior column a call, in double as the scalar classes
 /// compute it and with their bits.
 ///
-/// The first index is the flavour of the gradient norm, 0 to 5. The second index of `columns`
-/// is the formula: Perona/Malik, variational, total variation. The exponentials of the other
-/// formulas stay with the scalar code; for them there are the norms alone.
+/// The first index of `columns` is the flavour of the gradient norm, 0 to 5, the second one the
+/// formula: Perona/Malik, variational, total variation, Weickert 2, 3, 4.
 struct DiffusivityKernels {
     /// out[i] = g(norm / contrastSquared), 1 where the norm is 0.
     ///
@@ -26,11 +25,8 @@ struct DiffusivityKernels {
     ///          the definition.
     using Column = void (*)(const ColumnStencil& stencil, int count, double contrastSquared,
                             float* out);
-    /// out[i] = squared gradient norm.
-    using NormColumn = void (*)(const ColumnStencil& stencil, int count, double* out);
 
-    Column columns[6][3];
-    NormColumn norms[6];
+    Column columns[6][6];
 };
 
 /// The table of the best target of this machine and of ORV_MAX_TARGET.

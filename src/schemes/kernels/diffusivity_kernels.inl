@@ -7,6 +7,8 @@ namespace orv::ORV_KERNEL_NAMESPACE {
 
 namespace {
 
+#include "base/kernels/elementary_functions.inl"
+
 struct CentralNorm {
     static inline double at(const ColumnStencil& s, int y) {
         const double dx = (static_cast<double>(s.east[y]) - s.west[y]) * 0.5;
@@ -119,6 +121,18 @@ struct TotalVariation {
     static inline double at(double s) { return 1.0 / __builtin_sqrt(s + 0.0001); }
 };
 
+struct Weickert2 {
+    static inline double at(double s) { return oneMinusExpOf(-2.33666 / (s * s)); }
+};
+
+struct Weickert3 {
+    static inline double at(double s) { return oneMinusExpOf(-2.9183 / (s * s * s)); }
+};
+
+struct Weickert4 {
+    static inline double at(double s) { return oneMinusExpOf(-3.31488 / (s * s * s * s)); }
+};
+
 template <class Norm, class Formula>
 void column(const ColumnStencil& stencil, int count, double contrastSquared, float* out) {
     ORV_LANE_LOOP
@@ -161,13 +175,6 @@ void peronaMalikColumn(const ColumnStencil& stencil, int count, double contrastS
     }
 }
 
-template <class Norm>
-void normColumn(const ColumnStencil& stencil, int count, double* out) {
-    for (int y = 0; y < count; ++y) {
-        out[y] = Norm::at(stencil, y);
-    }
-}
-
 using MinSlope = SlopeNorm<SmallestSlope>;
 using MaxSlope = SlopeNorm<LargestSlope>;
 using MinBiased = SlopeNorm<MinBiasedSlopes>;
@@ -175,21 +182,18 @@ using MaxBiased = SlopeNorm<MaxBiasedSlopes>;
 
 }  // namespace
 
+// The columns of one norm.
+#define ORV_COLUMNS_OF(Norm)                                                              \
+    {                                                                                     \
+        peronaMalikColumn<Norm>, column<Norm, Variational>, column<Norm, TotalVariation>, \
+            column<Norm, Weickert2>, column<Norm, Weickert3>, column<Norm, Weickert4>     \
+    }
+
 extern const DiffusivityKernels kDiffusivityKernels;
 constinit const DiffusivityKernels kDiffusivityKernels = {
-    {{peronaMalikColumn<CentralNorm>, column<CentralNorm, Variational>,
-      column<CentralNorm, TotalVariation>},
-     {peronaMalikColumn<MinmodNorm>, column<MinmodNorm, Variational>,
-      column<MinmodNorm, TotalVariation>},
-     {peronaMalikColumn<MinSlope>, column<MinSlope, Variational>,
-      column<MinSlope, TotalVariation>},
-     {peronaMalikColumn<MaxSlope>, column<MaxSlope, Variational>,
-      column<MaxSlope, TotalVariation>},
-     {peronaMalikColumn<MinBiased>, column<MinBiased, Variational>,
-      column<MinBiased, TotalVariation>},
-     {peronaMalikColumn<MaxBiased>, column<MaxBiased, Variational>,
-      column<MaxBiased, TotalVariation>}},
-    {normColumn<CentralNorm>, normColumn<MinmodNorm>, normColumn<MinSlope>,
-     normColumn<MaxSlope>, normColumn<MinBiased>, normColumn<MaxBiased>}};
+    {ORV_COLUMNS_OF(CentralNorm), ORV_COLUMNS_OF(MinmodNorm), ORV_COLUMNS_OF(MinSlope),
+     ORV_COLUMNS_OF(MaxSlope), ORV_COLUMNS_OF(MinBiased), ORV_COLUMNS_OF(MaxBiased)}};
+
+#undef ORV_COLUMNS_OF
 
 }  // namespace orv::ORV_KERNEL_NAMESPACE

@@ -11,7 +11,7 @@ namespace orv {
 /// Shapes:  `target` has the size of `plane` and does not alias it; its one-sample border
 ///          becomes 0.
 /// Domain:  `flavour` from 0 to 5.
-/// Cost:    one pass; one or two divisions a sample in double, or an exponential each.
+/// Cost:    one pass; one or two divisions a sample in double, three with an exponential.
 void fillDiffusivity(const FloatImage& plane, int flavour, FlowKind kind, float contrastSquared,
                      FloatImage& target);
 

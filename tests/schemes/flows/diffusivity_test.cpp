@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 namespace orv {
 namespace {
@@ -29,6 +30,31 @@ TEST(Diffusivity, ExponentialsGoToExactlyOneForVerySmallArguments) {
         for (const double s : {1e-2, 1e-30, 1e-200, 5e-324}) {
             EXPECT_EQ(diffusivity(kind, s), 1.0) << s;
         }
+    }
+}
+
+// Where the exponential is near 1, a difference in double would miss the float of one value in
+// 200 here; extended precision shows what is right.
+TEST(Diffusivity, ExponentialsKeepTheDigitsOfExtendedPrecision) {
+    if (std::numeric_limits<long double>::digits < 64) {
+        GTEST_SKIP() << "long double is no longer than double";
+    }
+    for (int i = 0; i < 100000; ++i) {
+        const double s = 0.05 + 1e-3 * i;
+        const long double t = s;
+        const auto of = [s](FlowKind kind) { return static_cast<float>(diffusivity(kind, s)); };
+        const auto exact = [](long double x) { return static_cast<float>(-std::expm1(x)); };
+
+        ASSERT_EQ(of(FlowKind::Weickert2), exact(-2.33666L / (t * t))) << s;
+        ASSERT_EQ(of(FlowKind::Weickert3), exact(-2.9183L / (t * t * t))) << s;
+        ASSERT_EQ(of(FlowKind::Weickert4), exact(-3.31488L / (t * t * t * t))) << s;
+    }
+}
+
+TEST(Diffusivity, ANormThatIsNotANumberTravelsOn) {
+    for (const int kind : {0, 1, 2, 10, 11, 12}) {
+        EXPECT_TRUE(std::isnan(diffusivity(static_cast<FlowKind>(kind),
+                                           std::numeric_limits<double>::quiet_NaN())));
     }
 }
 
