@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "base/elementary.h"
 #include "base/text_output.h"
 #include "exports/work_window.h"
 #include "images/real_image.h"
@@ -20,7 +21,7 @@ void visuShrink(CoefficientBands& bands, bool verbose) {
     }
     const double samples =
         static_cast<double>(bands.height()) * static_cast<double>(bands.width());
-    const double threshold = std::sqrt(2.0 * std::log(samples)) * noise;
+    const double threshold = std::sqrt(2.0 * elementaryLog(samples)) * noise;
     for (int level = 1; level <= bands.levels(); ++level) {
         for (int detail = 0; detail < 3; ++detail) {
             if (!reportWork(3 * (level - 1) + detail, 3 * bands.levels())) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/elementary.h"
 #include "images/real_image.h"
 
 // The shrinkage rules word by word: full sorts, whole planes, a sheet for every removal.
@@ -136,7 +137,7 @@ inline void plainRule(RealImage& plane, int rule, int levels,
         plane.data()[i] /= noise;
     }
     const double universal =
-        std::sqrt(2.0 * std::log(static_cast<double>(height) * width)) * noise;
+        std::sqrt(2.0 * elementaryLog(static_cast<double>(height) * width)) * noise;
     int w = width / 2;
     int h = height / 2;
     for (int level = 1; level <= levels; ++level, w /= 2, h /= 2) {
