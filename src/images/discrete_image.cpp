@@ -1,8 +1,8 @@
 #include "images/discrete_image.h"
 
 #include <algorithm>
-#include <cmath>
 
+#include "base/elementary.h"
 #include "base/text_output.h"
 #include "images/float_image3.h"
 #include "images/real_image3.h"
@@ -23,7 +23,7 @@ DiscreteImage::DiscreteImage(int width, int height, int channels, int colorModel
       colorModel_(colorModel),
       depthClass_(depthClass),
       rowLength_(width_),
-      pi_(4.0 * std::atan(1.0)) {}
+      pi_(4.0 * elementaryAtan(1.0)) {}
 
 int DiscreteImage::typeCode() const {
     return typeCode_;

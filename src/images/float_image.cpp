@@ -1,10 +1,10 @@
 #include "images/float_image.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 
+#include "base/elementary.h"
 #include "images/plane_reader.h"
 
 namespace orv {
@@ -51,7 +51,7 @@ FloatImage::FloatImage(Uninitialised /*key*/, int width, int height)
       rowsNext_(columnTable(baseNext_, width_, height_)),
       basePrev_(base_ - 1),
       rowsPrev_(columnTable(basePrev_, width_, height_)),
-      pi_(4.0 * std::atan(1.0)) {
+      pi_(4.0 * elementaryAtan(1.0)) {
     char* const start = static_cast<char*>(block_.data());
     char* const first = reinterpret_cast<char*>(base_);
     char* const last = reinterpret_cast<char*>(base_ + sampleCount());

@@ -1,8 +1,8 @@
 #include "images/float_image3.h"
 
-#include <cmath>
 #include <utility>
 
+#include "base/elementary.h"
 #include "images/plane_reader.h"
 
 namespace orv {
@@ -10,7 +10,7 @@ namespace orv {
 FloatImage3::FloatImage3(int width, int height)
     : width_(width > 0 ? width : 0),
       height_(height > 0 ? height : 0),
-      pi_(static_cast<float>(4.0 * std::atan(1.0))) {
+      pi_(static_cast<float>(4.0 * elementaryAtan(1.0))) {
     for (auto& plane : planes_) {
         plane = std::make_unique<FloatImage>(width_, height_);
     }
@@ -19,7 +19,7 @@ FloatImage3::FloatImage3(int width, int height)
 FloatImage3::FloatImage3(const DiscreteImage& image)
     : width_(imageWidth(image)),
       height_(imageHeight(image)),
-      pi_(static_cast<float>(4.0 * std::atan(1.0))) {
+      pi_(static_cast<float>(4.0 * elementaryAtan(1.0))) {
     const int channels = imageChannels(image);
     const bool filled = channels == 1 || channels == 3;
     for (auto& plane : planes_) {
@@ -45,7 +45,7 @@ FloatImage3::FloatImage3(const FloatImage3& other)
 FloatImage3::FloatImage3(WithoutPlanes /*key*/, int width, int height)
     : width_(width > 0 ? width : 0),
       height_(height > 0 ? height : 0),
-      pi_(static_cast<float>(4.0 * std::atan(1.0))) {}
+      pi_(static_cast<float>(4.0 * elementaryAtan(1.0))) {}
 
 std::unique_ptr<FloatImage3> FloatImage3::withoutPlanes(int width, int height) {
     return std::make_unique<FloatImage3>(WithoutPlanes(), width, height);

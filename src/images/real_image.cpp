@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/elementary.h"
 #include "base/kernels/elementary_kernels.h"
 #include "images/plane_reader.h"
 
@@ -26,7 +27,7 @@ RealImage::RealImage(Uninitialised /*key*/, int width, int height)
       block_(sampleCount() * sizeof(double), alignof(double)),
       data_(static_cast<double*>(block_.data())),
       rows_(std::make_unique<double*[]>(static_cast<std::size_t>(std::max(width_, 1)))),
-      pi_(4.0 * std::atan(1.0)) {
+      pi_(4.0 * elementaryAtan(1.0)) {
     for (int x = 0; x < width_; ++x) {
         rows_[static_cast<std::size_t>(x)] =
             data_ + static_cast<std::size_t>(x) * static_cast<std::size_t>(height_);

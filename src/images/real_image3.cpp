@@ -1,8 +1,8 @@
 #include "images/real_image3.h"
 
-#include <cmath>
 #include <utility>
 
+#include "base/elementary.h"
 #include "images/plane_reader.h"
 
 namespace orv {
@@ -10,14 +10,14 @@ namespace orv {
 RealImage3::RealImage3(int width, int height)
     : width_(width > 0 ? width : 0),
       height_(height > 0 ? height : 0),
-      pi_(4.0 * std::atan(1.0)) {
+      pi_(4.0 * elementaryAtan(1.0)) {
     for (auto& plane : planes_) {
         plane = std::make_unique<RealImage>(width_, height_);
     }
 }
 
 RealImage3::RealImage3(const DiscreteImage& image)
-    : width_(imageWidth(image)), height_(imageHeight(image)), pi_(4.0 * std::atan(1.0)) {
+    : width_(imageWidth(image)), height_(imageHeight(image)), pi_(4.0 * elementaryAtan(1.0)) {
     const int channels = imageChannels(image);
     const bool filled = channels == 1 || channels == 3;
     for (auto& plane : planes_) {
@@ -43,7 +43,7 @@ RealImage3::RealImage3(const RealImage3& other)
 RealImage3::RealImage3(WithoutPlanes /*key*/, int width, int height)
     : width_(width > 0 ? width : 0),
       height_(height > 0 ? height : 0),
-      pi_(4.0 * std::atan(1.0)) {}
+      pi_(4.0 * elementaryAtan(1.0)) {}
 
 std::unique_ptr<RealImage3> RealImage3::withoutPlanes(int width, int height) {
     return std::make_unique<RealImage3>(WithoutPlanes(), width, height);

@@ -1,14 +1,14 @@
 #include "operators/shock/arctan_shock_term.h"
 
-#include <cmath>
-
 #include "base/elementary.h"
 #include "images/real_image_differences.h"
 
 namespace orv {
 
 ArctanShockTerm::ArctanShockTerm(double arctanScale)
-    : oneOverPi_(1.0 / (4.0 * std::atan(1.0))), arctanScale_(arctanScale), iteration_(1.0) {}
+    : oneOverPi_(1.0 / (4.0 * elementaryAtan(1.0))),
+      arctanScale_(arctanScale),
+      iteration_(1.0) {}
 
 void ArctanShockTerm::setIteration(int i) {
     iteration_ = i;

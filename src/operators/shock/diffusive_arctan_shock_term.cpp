@@ -1,7 +1,5 @@
 #include "operators/shock/diffusive_arctan_shock_term.h"
 
-#include <cmath>
-
 #include "base/elementary.h"
 #include "images/real_image_differences.h"
 
@@ -9,7 +7,7 @@ namespace orv {
 
 DiffusiveArctanShockTerm::DiffusiveArctanShockTerm(double diffusionWeight, double arctanScale)
     : diffusionWeight_(diffusionWeight),
-      oneOverPi_(1.0 / (4.0 * std::atan(1.0))),
+      oneOverPi_(1.0 / (4.0 * elementaryAtan(1.0))),
       arctanScale_(arctanScale),
       iteration_(1.0) {}
 
