@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
 
+#include "base/elementary.h"
 #include "base/rounding.h"
 #include "exports/work_window.h"
 #include "operators/susan_strips.h"
@@ -30,7 +30,7 @@ bool exponentsOf(const SusanMask& mask, double inverse, SusanExponents& exponent
     bool fit = exponents.quadratic >= -1.0e30f;  // not so for NaN
     for (int k = 0; k < mask.size; ++k) {
         const int squared = mask.xs[k] * mask.xs[k] + mask.ys[k] * mask.ys[k];
-        const float exponent = toFloat(std::log2(mask.weights[k]));
+        const float exponent = toFloat(elementaryLog(mask.weights[k]) * kLog2E);
         exponents.spatial[squared] = exponent;
         fit = fit && exponent >= -100.0f;
     }
