@@ -80,6 +80,7 @@ check public-headers public_headers
 check shell shell
 check scripts scripts
 check photos scripts/check_photos.py
+check tables scripts/make_elementary_tables.py --check
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

@@ -2,7 +2,7 @@
 """Checks the text of all tracked files: what may not stand in the sources and in the documents.
 
 - C and C++ code: no <iostream>, fused multiply-add, goto; in src/ no long double, no streams at
-  all, and no raw new, delete or malloc outside the places that hold memory.
+  all, no exp, log, pow, atan or kin of the standard library, and no raw new, delete or malloc outside the places that hold memory.
 - everywhere: no path of one machine, no host that packages come from, no leftover marker, no
   mention of a text that is not part of the project.
 """
@@ -25,6 +25,13 @@ CODE_RULES = (
 SOURCE_RULES = (
     (re.compile(r"\blong double\b"), "no long double"),
     (re.compile(r"#\s*include\s*<(fstream|sstream|iomanip|ostream|istream|ranges)>"), "no streams"),
+    (
+        re.compile(
+            r"\b(std::|__builtin_)(exp2?|expm1|log(2|10|1p)?|pow|cbrt|hypot|a?(sin|cos|tan)h?|atan2|erfc?|"
+            r"[lt]gamma)[fl]?\("
+        ),
+        "no function that libraries round differently; see base/elementary.h",
+    ),
     (re.compile(r"#\s*include\s*<(?!std|math|cpuid|windows|sys/)[\w/]+\.h>"), "another library"),
 )
 OWNING_RULES = (

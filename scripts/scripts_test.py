@@ -83,6 +83,13 @@ class Words(unittest.TestCase):
         self.assertEqual(self.found("tools/a.cpp", "#include <iostream>"), 1)
         self.assertEqual(self.found("src/a.cpp", "#include <sstream>"), 1)
 
+    def test_library_functions_that_differ_are_refused_in_the_engine_alone(self):
+        for name in ("std::exp", "std::log2", "std::powf", "__builtin_atan2", "std::sinh"):
+            self.assertEqual(self.found("src/a.cpp", f"y = {name}(x);"), 1, name)
+            self.assertEqual(self.found("tests/a.cpp", f"y = {name}(x);"), 0, name)
+        for name in ("std::sqrt", "std::floor", "elementaryExp", "expOf"):
+            self.assertEqual(self.found("src/a.cpp", f"y = {name}(x);"), 0, name)
+
     def test_machine_path_is_refused(self):
         path = "/" + "work/a"
         self.assertEqual(len(list(check_words.text_problems("README.md", path))), 1)
