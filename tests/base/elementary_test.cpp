@@ -92,8 +92,9 @@ long double exactAtan(long double x) {
     return std::atan(x);
 }
 
-// Ten million arguments showed no error above 0.78 in exp and 10^x, 0.71 in the logarithms, 0.85
-// in the arc tangent and 0.78 in the power.
+// A search around the worst of ten million arguments found no error above 0.83 in exp and 10^x
+// (subnormal results; 0.76 in others), 0.76 in the logarithms, 0.86 in the arc tangent and 0.83 in
+// the power.
 constexpr double kLimit = 0.9;
 
 TEST(Elementary, ExpIsWithinAUnitOfTheLastPlace) {
@@ -102,6 +103,8 @@ TEST(Elementary, ExpIsWithinAUnitOfTheLastPlace) {
     EXPECT_LT(worstError(elementaryExp, exactExp, [&] { return a.between(-1.0, 1.0); }),
               kLimit);
     EXPECT_LT(worstError(elementaryExp, exactExp, [&] { return a.between(-746.0, 710.0); }),
+              kLimit);
+    EXPECT_LT(worstError(elementaryExp, exactExp, [&] { return a.between(-709.8, -708.3); }),
               kLimit);
     EXPECT_LT(worstError(elementaryExp, exactExp, [&] { return a.near1() - 1.0; }), kLimit);
 }
@@ -113,6 +116,9 @@ TEST(Elementary, Exp10IsWithinAUnitOfTheLastPlace) {
               kLimit);
     EXPECT_LT(worstError(elementaryExp10, exactExp10, [&] { return a.between(-325.0, 309.0); }),
               kLimit);
+    EXPECT_LT(
+        worstError(elementaryExp10, exactExp10, [&] { return a.between(-308.3, -307.6); }),
+        kLimit);
 }
 
 // The difference is exact; beyond ln(2) / 2 it has up to twice the exponential's error in units.
@@ -140,6 +146,8 @@ TEST(Elementary, LogarithmsAreWithinAUnitOfTheLastPlace) {
     NEEDS_LONG_DOUBLE();
     Arguments a;
     EXPECT_LT(worstError(elementaryLog, exactLog, [&] { return a.between(0.5, 2.0); }), kLimit);
+    EXPECT_LT(worstError(elementaryLog, exactLog, [&] { return a.between(0.70, 0.712); }),
+              kLimit);
     EXPECT_LT(worstError(elementaryLog, exactLog, [&] { return a.near1(); }), kLimit);
     EXPECT_LT(worstError(elementaryLog, exactLog, [&] { return a.anyPositive(); }), kLimit);
     EXPECT_LT(worstError(elementaryLog10, exactLog10, [&] { return a.between(0.5, 2.0); }),
@@ -152,6 +160,8 @@ TEST(Elementary, TheArcTangentIsWithinAUnitOfTheLastPlace) {
     NEEDS_LONG_DOUBLE();
     Arguments a;
     EXPECT_LT(worstError(elementaryAtan, exactAtan, [&] { return a.between(-3.0, 3.0); }),
+              kLimit);
+    EXPECT_LT(worstError(elementaryAtan, exactAtan, [&] { return a.between(0.6875, 0.71); }),
               kLimit);
     EXPECT_LT(worstError(elementaryAtan, exactAtan, [&] { return a.anyPositive(); }), kLimit);
 }
