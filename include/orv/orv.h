@@ -206,12 +206,13 @@ ORV_EXPORT void* ORVIFVanVieltBlurringIirOp(void* image, double sigma);
  * standard deviation of 8 pixels, and reflectance.
  *
  * gamma:             how far mode 8 compresses the illumination: above 1 brightens shadows, 1 gives
- *                    the source
+ *                    the source but for rounding
  * mode:              what is returned: 1 reflectance, 2 its logarithm, 4 illumination, 5 its
  *                    logarithm, 8 the picture with compressed illumination; any other number is 8
  *
- * A sample of 0 has no logarithm: a channel that holds one comes back all 0. Mode 8 reports
- * progress; the lower end of the range is not added.
+ * A sample of 0 has no logarithm: a channel that holds one comes back all 0. Results are not
+ * clamped: a sample that leaves 0 to 255, as logarithms below 0 do, keeps its low byte. Mode 8
+ * reports progress; the lower end of the range is not added.
  *
  * Returns a new handle with the size of the source, or null when image is null, or the width or the
  * height is below 3. */
@@ -289,8 +290,8 @@ ORV_EXPORT void* ORVISimpleColorTranfer(void* source, void* style);
  * colour of the swatch of colour whose brightness and contrast are nearest to its surroundings.
  *
  * Swatches lie at random places, drawn from a generator that every thread starts at the same state
- * and that no call sets back: a second call gives another picture. A sample of 0 in colour or grey
- * spoils what depends on its neighbourhood.
+ * and that no call sets back: a second call gives another picture. A black pixel has no logarithm:
+ * a swatch that holds one is passed over, and a pixel of grey near one takes the first swatch.
  *
  * Returns a new handle with the size of grey, or null when either handle is null, or the width or
  * the height of colour is below 11. */
