@@ -21,7 +21,7 @@ namespace orv {
 namespace {
 
 /// A random number from 0 to `length`, both included.
-int randomBelow(int length) {
+int randomUpTo(int length) {
     return static_cast<int>(std::int64_t{runtimeRandom()} * length / 32767);
 }
 
@@ -118,8 +118,8 @@ std::unique_ptr<ColorSwatch> ColorToGreyTransferOperator::drawSwatch(
     int x = 0;
     int y = 0;
     do {  // quirk: swatches-go-on
-        x = randomBelow(lab.width());
-        y = randomBelow(lab.height());
+        x = randomUpTo(lab.width());
+        y = randomUpTo(lab.height());
     } while (x < swatchSize_ || x >= lab.width() - swatchSize_ || y < swatchSize_ ||
              y >= lab.height() - swatchSize_);
     const ChannelStatistics light =
