@@ -4,7 +4,8 @@
 
 namespace orv {
 
-/// The recursive Gaussian blur, computed in doubles.
+/// The recursive Gaussian blur: of the mirrored picture in doubles, or as ORVIFVanVieltBlurringIirOp
+/// computes it.
 extern const Method kBlurMethod;
 
 }  // namespace orv

@@ -1,11 +1,14 @@
 #include "methods/homomorphic_method.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
+#include <string>
 #include <utility>
 
 #include "base/rounding.h"
 #include "exports/work_window.h"
+#include "methods/blur_extension.h"
 #include "methods/plane_run.h"
 #include "operators/thin/homomorphic_operator.h"
 
@@ -25,14 +28,25 @@ std::span<const Choice> modeChoices() {
     return kModes;
 }
 
-constexpr std::array<Parameter, 5> kParameters{
+constexpr std::array<Choice, 2> kExtensions{{
+    {"mirror", ExtendByMirror, "by mirroring, which keeps borders free of stripes"},
+    {"none", ExtendByNone, "not at all, as the C function does; noisy borders get stripes"},
+}};
+
+std::span<const Choice> extensionChoices() {
+    return kExtensions;
+}
+
+constexpr std::array<Parameter, 6> kParameters{
     choice("mode", 8, modeChoices, "what comes out"),
     real("gamma", "exponent", 1.8, 0.1, 100.0,
          "how much compress takes from the light: 1 nothing, 2 its root; below 1 darkens"),
     real("sigma", "pixels", 8.0, 0.5, 256.0,
          "width of the Gaussian that tells light from detail"),
-    real("floor", "grey levels", 1.0, 0.001, 255.0,
-         "darker samples count as this much: black has no logarithm"),
+    choice("extend", ExtendByMirror, extensionChoices,
+           "how the picture is extended beyond its borders"),
+    real("floor", "grey levels", 1.0, 0.0, 255.0,
+         "darker samples count as this much; 0 leaves them, but black has no logarithm"),
     real("scale", "factor", 1.0, 0.001, 1000.0, "multiplies the result"),
 };
 
@@ -41,9 +55,32 @@ constexpr std::array<std::string_view, 1> kLiterature{
     "1968",
 };
 
+bool hasBlack(const Planes& planes) {
+    return std::any_of(planes.begin(), planes.end(), [](const auto& plane) {
+        return std::any_of(plane->data(), plane->data() + plane->sampleCount(),
+                           [](float sample) { return sample <= 0.0f; });
+    });
+}
+
+std::string refusalOf(const Planes& planes, const Arguments& arguments) {
+    std::string refusal = planesRefusal(planes, "the picture");
+    if (refusal.empty()) {
+        refusal = blurExtensionRefusal(planes, arguments.integer("extend"));
+    }
+    if (refusal.empty() && !(arguments.real("floor") > 0.0) && hasBlack(planes)) {
+        return "--floor: 0 takes samples above 0 alone, this picture has black ones";
+    }
+    return refusal;
+}
+
 MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
+    std::string refusal = refusalOf(planes, arguments);
+    if (!refusal.empty()) {
+        return failure(std::move(refusal));
+    }
     HomomorphicOperator op(arguments.integer("mode"), arguments.real("gamma"));
     op.setSigma(arguments.real("sigma"));
+    const bool mirrored = arguments.integer("extend") == ExtendByMirror;
     const float floor = toFloat(arguments.real("floor"));
     const double scale = arguments.real("scale");
     return runPlaneWork(std::move(planes), progress, [&](Planes source) {
@@ -52,7 +89,11 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
             const WorkSlice slice(i, count);
             FloatImage& plane = *source[static_cast<std::size_t>(i)];
             plane.clamp(floor, std::numeric_limits<float>::max());
-            op.runMirrored(plane, scale);
+            if (mirrored) {
+                op.runMirrored(plane, scale);
+            } else {
+                op.runBare(plane, scale);
+            }
             reportWork(1, 1);
         }
         return source;

@@ -10,6 +10,7 @@
 
 #include "methods/method_catalogue.h"
 #include "operators/thin/van_vliet_blur_operator.h"
+#include "support/photo_bytes.h"
 #include "support/plane_support.h"
 
 namespace orv {
@@ -77,6 +78,78 @@ TEST(BlurMethod, IsTheCFacesBlurAwayFromTheBorder) {
             ASSERT_NEAR(result.planes[0]->row(x)[y], single->row(x)[y], 0.01F);
         }
     }
+}
+
+TEST(BlurMethod, WithoutExtensionIsTheCFacesBlurBitForBit) {
+    for (const char* const sigma : {"0.5", "3", "100"}) {
+        FloatImage3 colour(37, 22);
+        for (int c = 0; c < 3; ++c) {
+            colour.plane(c).copyFrom(
+                noisePlane(37, 22, static_cast<unsigned>(c), -40.0, 300.0));
+        }
+        testing::internal::CaptureStdout();
+        const auto expected = VanVlietBlurOperator(std::stod(sigma)).runPlanes(colour, nullptr);
+        testing::internal::GetCapturedStdout();
+        testing::internal::CaptureStdout();
+
+        const MethodResult three = kBlurMethod.run(
+            noisyPlanes(37, 22, 3), argumentsOf({{"sigma", sigma}, {"extend", "none"}}), {});
+        const MethodResult one = kBlurMethod.run(
+            noisyPlanes(37, 22, 1), argumentsOf({{"sigma", sigma}, {"extend", "none"}}), {});
+
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+        ASSERT_EQ(three.error, "");
+        ASSERT_EQ(one.error, "");
+        for (int c = 0; c < 3; ++c) {
+            expected->plane(c).clamp(0.0F, 255.0F);
+            EXPECT_TRUE(
+                sameBits(*three.planes[static_cast<std::size_t>(c)], expected->plane(c)))
+                << "sigma " << sigma << ", plane " << c;
+        }
+        EXPECT_TRUE(sameBits(*one.planes[0], expected->plane(0)));
+    }
+}
+
+TEST(BlurMethod, WithoutExtensionTruncatesToTheCFacesBytes) {
+    const auto photo = test::photoImage(37, 22, /*seed=*/7);
+    Planes planes;
+    for (int c = 0; c < 3; ++c) {
+        planes.push_back(std::make_unique<FloatImage>(*photo, c + 1));
+    }
+    testing::internal::CaptureStdout();
+    const auto expected = VanVlietBlurOperator(0.8).apply(*photo, nullptr);
+    testing::internal::GetCapturedStdout();
+
+    const MethodResult result = kBlurMethod.run(
+        std::move(planes), argumentsOf({{"sigma", "0.8"}, {"extend", "none"}}), {});
+
+    ASSERT_EQ(result.error, "");
+    int compared = 0;
+    for (int c = 0; c < 3; ++c) {
+        const FloatImage& plane = *result.planes[static_cast<std::size_t>(c)];
+        for (int x = 0; x < 37; ++x) {
+            for (int y = 0; y < 22; ++y) {
+                // Clamped samples wrap in the C face.
+                if (plane.row(x)[y] > 0.0F && plane.row(x)[y] < 255.0F) {
+                    ASSERT_EQ(static_cast<int>(plane.row(x)[y]),
+                              FloatImage(*expected, c + 1).row(x)[y]);
+                    ++compared;
+                }
+            }
+        }
+    }
+    EXPECT_GT(compared, 37 * 22 * 2);
+}
+
+TEST(BlurMethod, WithoutExtensionTakesThreeByThreePixelsAndNoLess) {
+    const Arguments bare = argumentsOf({{"extend", "none"}});
+
+    EXPECT_EQ(kBlurMethod.run(noisyPlanes(3, 3, 3), bare, {}).error, "");
+    EXPECT_EQ(kBlurMethod.run(noisyPlanes(2, 9, 3), bare, {}).error,
+              "--extend: none takes at least 3 x 3 pixels, this picture has 2 x 9");
+    EXPECT_EQ(kBlurMethod.run(noisyPlanes(9, 2, 1), bare, {}).error,
+              "--extend: none takes at least 3 x 3 pixels, this picture has 9 x 2");
+    EXPECT_EQ(kBlurMethod.run({}, bare, {}).error, "takes 1 or 3 planes, not 0");
 }
 
 TEST(BlurMethod, TakesPicturesOfOneSample) {

@@ -96,6 +96,62 @@ TEST(HomomorphicMethod, IsTheOperatorsOwnResultRoundedAndClamped) {
     }
 }
 
+TEST(HomomorphicMethod, WithoutExtensionIsTheCFacesResultBitForBit) {
+    const std::pair<const char*, int> modes[] = {{"reflectance", 1},
+                                                 {"log-reflectance", 2},
+                                                 {"illumination", 4},
+                                                 {"log-illumination", 5},
+                                                 {"compress", 8}};
+    for (const auto& [name, mode] : modes) {
+        SCOPED_TRACE(name);
+        RealImage3 colour(21, 18);
+        for (int c = 0; c < 3; ++c) {
+            const FloatImage plane = noisePlane(21, 18, static_cast<unsigned>(c), 0.25, 255.0);
+            std::copy_n(plane.data(), plane.sampleCount(), colour.plane(c).data());
+        }
+        const auto expected = HomomorphicOperator(mode, 1.8).runPlanes(colour, nullptr);
+        const Arguments arguments =
+            argumentsOf({{"mode", name}, {"extend", "none"}, {"floor", "0"}});
+
+        const MethodResult three =
+            kHomomorphicMethod.run(noisyPlanes(21, 18, 3, 0.25), arguments, nullptr);
+        const MethodResult one =
+            kHomomorphicMethod.run(noisyPlanes(21, 18, 1, 0.25), arguments, nullptr);
+
+        ASSERT_EQ(three.error, "");
+        ASSERT_EQ(one.error, "");
+        for (int c = 0; c < 3; ++c) {
+            expectInner(expected->plane(c), 0, 1.0, *three.planes[static_cast<std::size_t>(c)]);
+        }
+        expectInner(expected->plane(0), 0, 1.0, *one.planes[0]);
+    }
+}
+
+TEST(HomomorphicMethod, WithoutExtensionTakesThreeByThreePixelsAndNoLess) {
+    const Arguments bare = argumentsOf({{"extend", "none"}});
+
+    EXPECT_EQ(kHomomorphicMethod.run(noisyPlanes(3, 3, 3), bare, nullptr).error, "");
+    EXPECT_EQ(kHomomorphicMethod.run(noisyPlanes(2, 9, 3), bare, nullptr).error,
+              "--extend: none takes at least 3 x 3 pixels, this picture has 2 x 9");
+    EXPECT_EQ(kHomomorphicMethod.run(noisyPlanes(9, 2, 1), bare, nullptr).error,
+              "--extend: none takes at least 3 x 3 pixels, this picture has 9 x 2");
+}
+
+TEST(HomomorphicMethod, WithoutFloorRefusesBlackSamples) {
+    for (const char* const extend : {"mirror", "none"}) {
+        for (const float black : {0.0F, -3.0F}) {
+            Planes planes = noisyPlanes(9, 9, 3);
+            planes[2]->row(8)[8] = black;
+
+            EXPECT_EQ(kHomomorphicMethod
+                          .run(std::move(planes),
+                               argumentsOf({{"floor", "0"}, {"extend", extend}}), nullptr)
+                          .error,
+                      "--floor: 0 takes samples above 0 alone, this picture has black ones");
+        }
+    }
+}
+
 TEST(HomomorphicMethod, TheDefaultsAreTheOperatorsOwn) {
     const Planes source = noisyPlanes(21, 18, 3);
 
@@ -139,9 +195,8 @@ TEST(HomomorphicMethod, RefusesValuesOutsideTheirRanges) {
     Arguments arguments(kHomomorphicMethod.parameters);
 
     EXPECT_EQ(arguments.set("gamma", "0").substr(0, 9), "--gamma: ");
-    EXPECT_EQ(
-        arguments.set("floor", "0"),
-        "--floor: 0 is out of range (expected GREY-LEVELS from 0.001 to 255, default 1.0)");
+    EXPECT_EQ(arguments.set("floor", "-1"),
+              "--floor: -1 is out of range (expected GREY-LEVELS from 0 to 255, default 1.0)");
     EXPECT_NE(arguments.set("sigma", "0.4"), "");
     EXPECT_NE(arguments.set("scale", "-1"), "");
     EXPECT_NE(arguments.set("mode", "3"), "");

@@ -1,6 +1,7 @@
 #include "operators/thin/homomorphic_operator.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "base/rounding.h"
@@ -11,6 +12,24 @@
 #include "schemes/plane_operators/real_planes_operator.h"
 
 namespace orv {
+
+namespace {
+
+/// `result` without its margin, multiplied by `scale` and rounded.
+///
+/// What is too large for floats stays a number: exponentials of the stripes that the blur leaves
+/// at a bare border can exceed them.
+void copyInner(const RealImage& result, int margin, double scale, FloatImage& plane) {
+    for (int x = 0; x < plane.width(); ++x) {
+        const double* const column = result.row(x + margin) + margin;
+        std::transform(column, column + plane.height(), plane.row(x), [scale](double sample) {
+            constexpr double kLargest = std::numeric_limits<float>::max();
+            return toFloat(std::clamp(sample * scale, -kLargest, kLargest));
+        });
+    }
+}
+
+}  // namespace
 
 HomomorphicOperator::HomomorphicOperator(int mode, double gamma)
     : mode_(mode), sigma_(8.0), gamma_(gamma) {}
@@ -84,11 +103,14 @@ void HomomorphicOperator::runMirrored(FloatImage& plane, double scale) const {
     const int margin = blurMargin(sigma_);
     const auto result = HomomorphicFilter(mode_, sigma_, gamma_)
                             .apply(*withMirroredMargin(plane, margin), nullptr);
-    for (int x = 0; x < plane.width(); ++x) {
-        const double* const column = result->row(x + margin) + margin;
-        std::transform(column, column + plane.height(), plane.row(x),
-                       [scale](double sample) { return toFloat(sample * scale); });
-    }
+    copyInner(*result, margin, scale, plane);
+}
+
+void HomomorphicOperator::runBare(FloatImage& plane, double scale) const {
+    const auto source = RealImage::uninitialised(plane.width(), plane.height());
+    std::copy_n(plane.data(), plane.sampleCount(), source->data());
+    copyInner(*HomomorphicFilter(mode_, sigma_, gamma_).apply(*source, nullptr), /*margin=*/0,
+              scale, plane);
 }
 
 bool HomomorphicOperator::accepts(int width, int height) {

@@ -68,6 +68,11 @@ class HomomorphicOperator : public RealPlaneImageOperator {
     ///
     /// Shapes:  any size above 0.
     void runMirrored(FloatImage& plane, double scale) const;
+    /// Runs on one plane in place, with the samples of `runPlanes`, multiplied by `scale` and
+    /// rounded once.
+    ///
+    /// Shapes:  both sides at least 3.
+    void runBare(FloatImage& plane, double scale) const;
 
     /// Whether a picture of this size can be run: both sides at least 3.
     static bool accepts(int width, int height);

@@ -92,4 +92,8 @@ void VanVlietBlurOperator::blurFinely(FloatImage& plane) const {
     }
 }
 
+void VanVlietBlurOperator::blurInFloats(FloatImage& plane) const {
+    FloatRecursive2dBlurOperator(sigma_).blurInPlace(plane);
+}
+
 }  // namespace orv

@@ -62,6 +62,11 @@ class VanVlietBlurOperator : public FloatPlaneImageOperator {
     /// Cost:    a plane of doubles of the extended size.
     void blurFinely(FloatImage& plane) const;
 
+    /// Blurs one plane in place for hosts: the samples of `runPlanes`.
+    ///
+    /// Shapes:  both sides at least 3.
+    void blurInFloats(FloatImage& plane) const;
+
   protected:
     /// `runPlanes` in the memory of the planes: three planes less.
     std::unique_ptr<FloatImage3> runOwnedPlanes(std::unique_ptr<FloatImage3> planes) override;
