@@ -8,7 +8,7 @@
 namespace orv {
 
 /// How wide a margin keeps what a recursive blur makes of the start of its lines out of a plane:
-/// what lies 6 sigma outside moves a sample by less than a tenth of a grey level.
+/// what lies 6 sigma outside moves a sample by less than a fifth of a grey level.
 ///
 /// Units:   pixels.
 int blurMargin(double sigma);

@@ -16,7 +16,7 @@ namespace orv {
 /// along x, then along y. A line starts with the reflected samples f(-1) = s(0), f(-2) = s(1),
 /// f(-3) = s(2) and turns around with g(n) = f(n - 1), g(n + 1) = f(n - 2), g(n + 2) = f(n - 3).
 /// Coefficients and samples are floats and every operation is rounded: it is part of the result
-/// that a wide blur does not quite keep the mean grey level.
+/// that a wide blur does not keep the mean grey level.
 ///
 /// Quirk:   blur-line-start
 /// Source:  [YoungVanVliet1995], [VanVlietYoungVerbeek1998]
