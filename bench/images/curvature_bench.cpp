@@ -1,12 +1,12 @@
 #include <benchmark/benchmark.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "base/cpu_features.h"
-#include "base/elementary.h"
 #include "images/curvature_flow.h"
 #include "images/real_image_differences.h"
 #include "images/rgb_discrete_image.h"
@@ -45,7 +45,7 @@ double termAt(CurvatureFlow flow, const RealImage& I, int x, int y) {
         case CurvatureFlow::Beltrami:
             return n / (d * d);
         case CurvatureFlow::PeronaMalik:
-            return n / elementaryPow(d, 1.5);
+            return n / (d * std::sqrt(d));
         case CurvatureFlow::MeanCurvature:
             break;
     }

@@ -75,14 +75,14 @@ void drive(int iterations, First first, Step step) {
 void curvatureStep(CurvatureFlow flow, double coeff, RealImage& plane) {
     const auto column = curvatureKernels().plain[entryOf(flow)];
     const int height = plane.height();
-    if (plane.width() < 3) {
+    if (plane.width() < 3 || height < 3) {
         return;
     }
-    KeptColumns kept(2, height);
+    KeptColumns kept(3, height);
     kept.keep(plane, 0);
+    kept.keep(plane, 1);
     for (int x = 1; x < plane.width() - 1; ++x) {
-        kept.keep(plane, x);
-        column(columnsAt(kept, plane, x), height, coeff, plane.row(x));
+        column(columnsAt(kept, plane, x), height, coeff, kept.column(x + 1), plane.row(x));
     }
 }
 

@@ -11,7 +11,8 @@ namespace orv {
 ///
 ///     N = (1 + fy fy) fxx - 2 fx fy fxy + (1 + fx fx) fyy      D = 1 + fx fx + fy fy
 ///
-/// over a power of D. The exponents stand with these names as they are documented.
+/// over a power of D. The exponents stand with these names as they are documented. The power 1.5
+/// is D sqrt(D), whose bits do not depend on how a library takes powers.
 ///
 /// Source:  [SochenKimmelMalladi1998], [ElFallahFord1994]
 enum class CurvatureFlow {
@@ -26,7 +27,7 @@ enum class CurvatureFlow {
 
 /// sample = coeff term + sample, for x from 1 to width - 2 and y from 1 to height - 2.
 ///
-/// Cost:    one pass in place, two columns of work memory.
+/// Cost:    one pass in place, three columns of work memory.
 void curvatureStep(CurvatureFlow flow, double coeff, RealImage& plane);
 
 /// sample = coeff term + cgrad G + sample, for x from 2 to width - 3 and y from 2 to height - 3.

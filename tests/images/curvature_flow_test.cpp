@@ -22,7 +22,7 @@ using test::sameBits;
 constexpr std::array<CurvatureFlow, 3> kFlows = {
     CurvatureFlow::Beltrami, CurvatureFlow::PeronaMalik, CurvatureFlow::MeanCurvature};
 
-constexpr std::array<std::pair<int, int>, 12> kSizes = {{{1, 1},
+constexpr std::array<std::pair<int, int>, 14> kSizes = {{{1, 1},
                                                          {2, 9},
                                                          {3, 3},
                                                          {9, 2},
@@ -33,7 +33,9 @@ constexpr std::array<std::pair<int, int>, 12> kSizes = {{{1, 1},
                                                          {5, 6},
                                                          {17, 31},
                                                          {32, 33},
-                                                         {40, 23}}};
+                                                         {40, 23},
+                                                         {5, 67},
+                                                         {7, 140}}};
 
 /// What `run` prints.
 template <class Run>
@@ -117,6 +119,22 @@ TEST(CurvatureFlow, GentleSlopesHaveTheBitsOfTheFormulaToo) {
             EXPECT_TRUE(sameBits(plane, expected)) << static_cast<int>(flow);
         }
     });
+}
+
+TEST(CurvatureFlow, EachFlowDividesByItsPowerOfD) {
+    // fx = fy = fxx = fyy = 2 and fxy = 0: N = 20, D = 9.
+    const auto moved = [](CurvatureFlow flow) {
+        RealImage plane(3, 3, 100.0);
+        plane.row(1)[1] = 101.0;
+        plane.row(2)[1] = 104.0;
+        plane.row(1)[2] = 104.0;
+        curvatureStep(flow, 1.0, plane);
+        return plane.row(1)[1];
+    };
+
+    EXPECT_EQ(moved(CurvatureFlow::MeanCurvature), 20.0 / 9.0 + 101.0);
+    EXPECT_EQ(moved(CurvatureFlow::PeronaMalik), 20.0 / 27.0 + 101.0);
+    EXPECT_EQ(moved(CurvatureFlow::Beltrami), 20.0 / 81.0 + 101.0);
 }
 
 TEST(Quirk, CurvatureFirstIteration) {

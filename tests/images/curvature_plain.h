@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 
-#include "base/elementary.h"
 #include "images/curvature_flow.h"
 #include "images/real_image_differences.h"
 
@@ -34,7 +33,7 @@ inline double plainTerm(CurvatureFlow flow, const RealImage& I, int x, int y) {
         case CurvatureFlow::Beltrami:
             return n / (d * d);
         case CurvatureFlow::PeronaMalik:
-            return n / elementaryPow(d, 1.5);
+            return n / (d * std::sqrt(d));
         case CurvatureFlow::MeanCurvature:
             break;
     }

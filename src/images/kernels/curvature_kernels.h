@@ -24,17 +24,20 @@ struct CurvatureWeights {
 ///     fx = (I(x+1, y) - I(x-1, y)) / 2     fy likewise     D = 1 + fx fx + fy fy
 ///     N = (1 + fy fy) fxx - 2 fx fy fxy + (1 + fx fx) fyy
 ///
-/// The term is N / (D D), N / D to the power 1.5 or N / D, entries 0, 1 and 2 of the arrays.
+/// The term is N / (D D), N / (D sqrt(D)) or N / D, entries 0, 1 and 2 of the arrays. The power
+/// 1.5 is two correctly rounded operations, so that no target can differ.
+///
 /// Every expression is evaluated in the order of images/real_image_differences.h, so that every
 /// target gives the bits of those functions.
 ///
 /// Shapes:  columns of `height` samples; what is written aliases nothing that is read. Results
 ///          are limited to 0 and 255, NaN stays NaN.
-/// Cost:    the divisions bound it; for entry 1 the power.
+/// Cost:    the divisions bound it; for entry 1 the root as well.
 struct CurvatureKernels {
-    /// sample = coeff term + sample, y from 1 to height - 2.
+    /// sample = coeff term + columns.here, y from 1 to height - 2, and eastCopy = columns.east,
+    /// all of it: the next step to the east reads it after `sample` has moved on.
     using Plain = void (*)(const StencilColumns& columns, int height, double coeff,
-                           double* sample);
+                           double* eastCopy, double* sample);
     Plain plain[3];
 
     /// sample = coeff term + cgrad G + sample, y from 2 to height - 3, with the columns of g:
