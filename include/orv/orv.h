@@ -23,6 +23,9 @@
  * Errors. A null handle is the only sign of failure: there is no error code, no message and no
  * exception. Every function that returns a handle also returns null when memory runs out.
  *
+ * Results. Fractions of grey levels are cut off, not rounded: a restoration that changes nothing
+ * may still darken a sample by one level.
+ *
  * Threads. The library starts none and takes no locks; calls must not overlap, those on
  * different handles included. The callback runs on the calling thread, inside the call.
  *
@@ -180,7 +183,8 @@ ORV_EXPORT void* ORVFastDenoiser(void* image, const char* scheme, int solverId, 
  *                    each end of a line
  * lambda:            weight of the data term; 0 makes kernel and iterations irrelevant
  * sigma:             scale of the regularisation, pixels; runs, but does not change the result
- * edgeContrast:      grey levels; runs, but does not change the result
+ * edgeContrast:      grey levels; runs, but does not change the result, but for 0, which makes it
+ *                    black
  * keepObserved:      true to take the source as it is for W
  * colorPath:         has no effect on the result
  *
@@ -196,6 +200,8 @@ ORV_EXPORT void* ORVIFAosBarashOp(void* image, int iterations, int kernel, doubl
  *
  * sigma:             standard deviation, pixels; below 0.5 counts as 0.5
  *
+ * Lines start from their first three samples as they stand, so that noise at the left and upper
+ * border grows with sigma. Results are not clamped: a sample that leaves 0 to 255 keeps its low byte.
  * Writes the coefficients of the recursion to the standard output, three lines a call.
  *
  * Returns a new handle with the size of the source, or null when image is null, or the width or the
@@ -220,7 +226,7 @@ ORV_EXPORT void* ORVIHomomorphicOp(void* image, double gamma, int mode);
 
 /* Variational Retinex: estimates the illumination over a pyramid and takes its power out.
  *
- * gamma:             the illumination L becomes L to the power 1 / gamma; 1 gives nearly the source
+ * gamma:             the illumination L becomes L to the power 1 / gamma; 1 gives the source
  * alpha:             weight of the distance between illumination and picture
  * beta:              weight of the smoothness of the reflectance
  * levels:            levels of the pyramid, each half as wide and high as the one before
@@ -263,12 +269,14 @@ ORV_EXPORT void* ORVISusanRestoration(void* image, int iterations, double thresh
  *                    "Brownian" that occurs anywhere in the text decides; with none of them it is
  *                    "SureShrink"
  * levels:            levels of the transform; negative for as many as the size allows, and more than
- *                    that counts as that, with a line on the standard error stream
+ *                    that counts as that, with a line on the standard error stream. 0, or a picture
+ *                    too small for any, gives a copy of the source
  * wavelet:           ORV_WAVELET_, 0 to 5
  *
- * A picture whose longer side is not a power of two is padded with zeros, which dims its border and
- * makes the estimate of the noise too low: none at all when the picture covers less than half of
- * the padded square. Results are not clamped: a sample that leaves 0 to 255 keeps its low byte.
+ * A picture whose longer side is not a power of two, or whose shorter side meets an odd size before
+ * the last level, is padded with zeros to a square. That dims its border and makes the estimate of
+ * the noise too low: none at all when the picture covers less than about half of the square.
+ * Results are not clamped: a sample that leaves 0 to 255 keeps its low byte.
  * "Brownian" writes lines to the standard output. When a working array cannot be had, a line goes
  * to the standard error stream and the process ends with status 1.
  *

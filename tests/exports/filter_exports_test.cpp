@@ -240,6 +240,16 @@ TEST(FilterExports, RetinexRefusesGammaZeroAndLevelsThatThePictureCannotHold) {
     EXPECT_TRUE(retinex(-1.5, 2));
 }
 
+TEST(FilterExports, RetinexWithGammaOneGivesTheSourceForEveryGreyValue) {
+    Bytes bytes;
+    for (int grey = 0; grey < 256; ++grey) {
+        bytes.insert(bytes.end(), 3, static_cast<unsigned char>(grey));
+    }
+    const Handle ramp = test::handleOf(bytes, 16, 16);
+    EXPECT_EQ(test::pixelsOf(Handle(ORVRetinex(ramp.get(), 1.0, 0.1, 0.1, 3))), bytes);
+    EXPECT_NE(test::pixelsOf(Handle(ORVRetinex(ramp.get(), 1.1, 0.1, 0.1, 3))), bytes);
+}
+
 TEST(FilterExports, RetinexOfABlackPictureIsFinite) {
     const Handle black = test::handleOf(flat(8, 8, 0), 8, 8);
     const Bytes result = test::pixelsOf(Handle(ORVRetinex(black.get(), 2.0, 0.1, 0.1, 2)));
@@ -281,26 +291,27 @@ TEST(FilterExports, DeblurringIgnoresItsColourPath) {
     EXPECT_EQ(deblur(false), deblur(true));
 }
 
-TEST(FilterExports, WaveletKeywordsAreFoundInsideOtherTexts) {
-    const Quiet quiet;
-    const Handle photo = test::photoHandle(16, 16, /*seed=*/1);
-    const auto shrink = [&](const char* rule) {
-        return test::pixelsOf(Handle(ORVWaveletDenoising(photo.get(), rule, 2, 1)));
+TEST(FilterExports, DeblurringHasNoUseForItsEdgeContrastButTheOneOfZero) {
+    const Handle photo = test::photoHandle(13, 8, /*seed=*/1);
+    const auto deblur = [&](double sigma, double edgeContrast) {
+        return test::pixelsOf(Handle(
+            ORVIFAosBarashOp(photo.get(), 3, 5, 0.05, 3.0, sigma, edgeContrast, false, false)));
     };
-    EXPECT_EQ(shrink("no such rule"), shrink("SureShrink"));
-    EXPECT_EQ(shrink(""), shrink("SureShrink"));
-    EXPECT_EQ(shrink("BrownianVisuShrink"), shrink("VisuShrink"));
-    EXPECT_EQ(shrink("xBrownianx"), shrink("Brownian"));
-    EXPECT_NE(shrink("VisuShrink"), shrink("SureShrink"));
-    EXPECT_NE(shrink("Brownian"), shrink("SureShrink"));
+    EXPECT_EQ(deblur(0.0, 10.0), deblur(5.0, 10.0));
+    EXPECT_EQ(deblur(1.0, 0.001), deblur(1.0, -300.0));
+    EXPECT_EQ(deblur(1.0, 0.0), flat(13, 8, 0));
 }
 
-TEST(FilterExports, WaveletNumbersOutsideTheBanksAreRefused) {
-    const Quiet quiet;
-    const Handle photo = test::photoHandle(16, 16, /*seed=*/1);
-    for (const int wavelet : {-1, 6, 1000}) {
-        EXPECT_EQ(ORVWaveletDenoising(photo.get(), "SureShrink", 1, wavelet), nullptr);
-    }
+TEST(FilterExports, DeblurringWithoutLambdaIgnoresKernelAndIterations) {
+    const Handle photo = test::photoHandle(13, 8, /*seed=*/1);
+    const auto deblur = [&](int iterations, int kernel, double lambda) {
+        return test::pixelsOf(Handle(ORVIFAosBarashOp(photo.get(), iterations, kernel, 0.05,
+                                                      lambda, 1.0, 10.0, false, false)));
+    };
+    EXPECT_EQ(deblur(1, 5, 0.0), deblur(4, 7, 0.0));
+    EXPECT_NE(deblur(1, 5, 3.0), deblur(4, 7, 3.0));
+    EXPECT_EQ(deblur(0, 5, 3.0), test::pixelsOf(photo));
+    EXPECT_EQ(deblur(1, 3, 3.0), deblur(1, 99, 3.0));
 }
 
 TEST(FilterExports, ColourToGreyRefusesSmallColourPictures) {
