@@ -11,7 +11,8 @@ namespace orv {
 ///     synthesis  x[i]    = sum_k a[i + k - offset] low.taps[k] + sum_k b[i + k - offset] high.taps[k]
 ///
 /// The synthesis filters of a wavelet undo its analysis filters alone. Taps are rounded as they
-/// were published: reconstruction is exact to about 1e-9 for wavelets 0 to 2 and 1e-5 for 3 to 5.
+/// were published: a pass and its inverse are exact to about 2e-9 for wavelets 0 to 2 and 1e-6 for
+/// 3 to 5.
 ///
 /// Shapes:  four arrays of kWaveletCount filters; taps beyond a filter's length stay as they are.
 /// Fails:   never.

@@ -4,12 +4,11 @@
 #include <climits>
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 
 #include "base/aligned_block.h"
 #include "base/text_output.h"
+#include "wavelets/working_array.h"
 
 namespace orv {
 
@@ -29,14 +28,9 @@ std::size_t sizeOf(int n) {
     return static_cast<std::size_t>(n);
 }
 
-AlignedBlock workingLine(Reach reach, int length, const char* failure) {
-    const std::size_t count = sizeOf(reach.left) + sizeOf(reach.right) + sizeOf(length);
-    try {
-        return AlignedBlock(count * sizeof(double), alignof(double));
-    } catch (const std::bad_alloc&) {
-        printTextTo(stderr, "%s", failure);
-        std::exit(1);
-    }
+AlignedBlock workingLine(Reach reach, int length, const char* message) {
+    return acquireWorkingArray(sizeOf(reach.left) + sizeOf(reach.right) + sizeOf(length),
+                               message);
 }
 
 int modulo(int i, int n) {
@@ -106,7 +100,7 @@ void FwtVector(const double* input, double* output, int length, int levels,
     const Reach reach(low, high);
     const AlignedBlock block =
         workingLine(reach, length, "FwtVector: unable to malloc working vector");
-    double* buffer = static_cast<double*>(block.data());
+    double* buffer = doublesOf(block);
     const double* samples = buffer + reach.left;
     std::memcpy(output, input, sizeOf(length) * sizeof(double));
     int n = length;
@@ -127,8 +121,8 @@ void IwtVector(const double* input, double* output, int length, int levels,
     const char* failure = "IwtVector: unable to malloc working vector";
     const AlignedBlock lowBlock = workingLine(reach, length, failure);
     const AlignedBlock highBlock = workingLine(reach, length, failure);
-    double* a = static_cast<double*>(lowBlock.data()) + reach.left;
-    double* b = static_cast<double*>(highBlock.data()) + reach.left;
+    double* a = doublesOf(lowBlock) + reach.left;
+    double* b = doublesOf(highBlock) + reach.left;
     const int parts = power2(levels - 1);
     if (parts < 1) {
         std::memcpy(output, input, sizeOf(length) * sizeof(double));
