@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/cpu_features.h"
+#include "exports/work_window.h"
 #include "filters/float_recursive_2d_blur_operator.h"
 #include "filters/real_recursive_2d_blur_operator.h"
 #include "filters/recursive_gaussian.h"
@@ -183,6 +184,64 @@ TYPED_TEST(Recursive2dBlurOperator, CarriesTheFlagOfTheSourceToANewTarget) {
 
     EXPECT_EQ(result->flag(), 7);
     EXPECT_EQ(result->channel(), 0);
+}
+
+/// Asks to stop at report `limit`.
+class StopAt : public WorkObserver {
+  public:
+    explicit StopAt(int limit) : limit_(limit) {}
+
+    bool onWork(double done) override {
+        rises_ = rises_ && done >= last_ && done <= 1.0;
+        last_ = done;
+        return ++reports_ < limit_;
+    }
+
+    int reports() const { return reports_; }
+    double last() const { return last_; }
+    bool rises() const { return rises_; }
+
+  private:
+    int limit_;
+    int reports_ = 0;
+    double last_ = 0.0;
+    bool rises_ = true;
+};
+
+TYPED_TEST(Recursive2dBlurOperator, AccountsForItsWorkBlockByBlock) {
+    testing::internal::CaptureStdout();
+    TypeParam op(2.0);
+    testing::internal::GetCapturedStdout();
+    StopAt observer(1000);
+    const WorkObserverScope scope(&observer);
+
+    op.apply(this->noise(640, 20), nullptr);
+
+    EXPECT_EQ(observer.reports(), 20);  // two passes over ten blocks of 64 columns
+    EXPECT_TRUE(observer.rises());
+    EXPECT_GT(observer.last(), 0.9);
+}
+
+TYPED_TEST(Recursive2dBlurOperator, StopsWithTheBlocksSoFar) {
+    testing::internal::CaptureStdout();
+    TypeParam op(2.0);
+    testing::internal::GetCapturedStdout();
+    const auto source = this->noise(640, 20);
+    const auto whole = op.apply(source, nullptr);
+    for (const auto& [limit, finished] : {std::pair{11, 0}, {12, 1}, {15, 4}}) {
+        StopAt observer(limit);
+        const WorkObserverScope scope(&observer);
+
+        const auto result = op.apply(source, nullptr);
+
+        EXPECT_TRUE(workCancelled());
+        const int first = 640 - 64 * finished;
+        for (int x = 0; x < 640; ++x) {
+            EXPECT_EQ(std::equal(result->row(x), result->row(x) + 20, whole->row(x)),
+                      x >= first)
+                << limit << " column " << x;
+        }
+    }
 }
 
 TYPED_TEST(Recursive2dBlurOperator, KeepsAConstantPlaneUpToRounding) {
