@@ -59,13 +59,15 @@ template <class Diffusivity, class Right>
 void solveAosLine(ThomasLinearSystem& system, AosLineVectors& vectors, int n, float s,
                   int dimensions, Diffusivity g, Right right) {
     const float m = static_cast<float>(dimensions);
-    RealVector& b = system.b();
+    RealVector& rightSide = system.b();
     for (int x = 0; x < n; ++x) {
         const int j = aosLineIndex(x, n);
         const bool mirrored = x <= 1 || x >= n - 2;
-        const float here = g(j);
-        const float m1 = aosMinmod(g(mirrored ? j - 1 : j + 1), here);
-        const float m2 = aosMinmod(g(mirrored ? j + 1 : j - 1), here);
+        const float a = g(mirrored ? j - 1 : j + 1);
+        const float b = g(j);
+        const float c = g(mirrored ? j + 1 : j - 1);
+        const float m1 = aosMinmod(a, b);
+        const float m2 = aosMinmod(c, b);
         // quirk: aos-last-super
         if (x < n - 2) {
             vectors.super[x] = -m2 * s;
@@ -76,7 +78,7 @@ void solveAosLine(ThomasLinearSystem& system, AosLineVectors& vectors, int n, fl
             vectors.sub[x - 1] = -m1 * s;
         }
         // quirk: aos-mirrored-ends
-        b[x] = right(j);
+        rightSide[x] = right(j);
     }
     system.setTriDiagonal(vectors.super, vectors.diag, vectors.sub);
     system.factorise();

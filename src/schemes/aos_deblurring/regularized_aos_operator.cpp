@@ -72,8 +72,8 @@ std::unique_ptr<FloatImage> RegularizedAosOperator::apply(const FloatImage& sour
     reportProgress(10);
     makeSystems();
     const bool byKernels = !plainPath_ && isUniform();
-    if (updateEachStep_ == 0 && !byKernels) {
-        prepare(data.u);
+    if (updateEachStep_ == 0) {
+        prepareDiffusivity(byKernels, data.u);
     }
     bool going = reportWork(1, iterations_ + 1);
     for (int i = 0; i < iterations_ && going; ++i) {
@@ -88,18 +88,23 @@ std::unique_ptr<FloatImage> RegularizedAosOperator::apply(const FloatImage& sour
     return target;
 }
 
+// Of what `prepare` makes the blur alone outlives a run, and the kernels need none of it.
+void RegularizedAosOperator::prepareDiffusivity(bool byKernels, const FloatImage& plane) {
+    if (byKernels) {
+        makeBlur();
+    } else {
+        prepare(plane);
+    }
+}
+
 bool RegularizedAosOperator::runIteration(int i, bool byKernels, const DataPlanes& data,
                                           FloatImage& target) {
     reportProgress(aosProgressPart(90, i, iterations_) + 10);
-    bool going = true;
-    if (byKernels) {
-        going = sweepByKernels(i, data, target);
-    } else {
-        if (updateEachStep_ == 1) {
-            prepare(data.u);
-        }
-        going = sweepRows(i, data, target) && sweepColumns(i, data, target);
+    if (updateEachStep_ == 1) {
+        prepareDiffusivity(byKernels, data.u);
     }
+    const bool going = byKernels ? sweepByKernels(i, data, target)
+                                 : sweepRows(i, data, target) && sweepColumns(i, data, target);
     if (i < iterations_ - 1 && going) {
         // The target would be assigned to U here, and U to V, by the empty FloatImage::assign.
         smooth(data.v);

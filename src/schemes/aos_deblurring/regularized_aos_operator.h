@@ -75,6 +75,7 @@ class RegularizedAosOperator : public SimpleAosOperator {
     void smooth(FloatImage& plane) const;
     DataPlanes makeDataPlanes(const FloatImage& source);
     FloatImage& workPlane(std::unique_ptr<FloatImage>& plane) const;
+    void prepareDiffusivity(bool byKernels, const FloatImage& plane);
     void reportRow(int i, int y) const;
     void reportColumn(int i, int x) const;
     bool sweepRows(int i, const DataPlanes& data, FloatImage& target);

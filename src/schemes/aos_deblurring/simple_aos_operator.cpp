@@ -85,7 +85,7 @@ void SimpleAosOperator::prepare(const FloatImage& plane) {
     if (gradientPlane_ == nullptr) {
         gradientPlane_ = std::make_unique<FloatImage>(plane.width(), plane.height());
     }
-    blur_ = std::make_unique<ImplicitBlurOperator>(/*iterations=*/1, sigma_ * sigma_ * 0.5f);
+    makeBlur();
     update(plane);
 }
 
@@ -100,6 +100,10 @@ float SimpleAosOperator::diffusivityBelow(int x, int y) const {
 
 float SimpleAosOperator::diffusivityAbove(int x, int y) const {
     return diffusivity(x, y + 1);
+}
+
+void SimpleAosOperator::makeBlur() {
+    blur_ = std::make_unique<ImplicitBlurOperator>(/*iterations=*/1, sigma_ * sigma_ * 0.5f);
 }
 
 void SimpleAosOperator::makeSystems() {

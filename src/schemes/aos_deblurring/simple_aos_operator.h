@@ -68,7 +68,7 @@ class SimpleAosOperator : public FloatOperator {
     float contrast() const { return contrast_; }
     /// contrast contrast.
     float contrastSquared() const { return contrastSquared_; }
-    /// The blur of the last `prepare`; null before.
+    /// The blur of the last run that took a diffusivity; null before.
     const ImplicitBlurOperator* blur() const { return blur_.get(); }
     /// What `blur` left; null outside `apply`.
     const FloatImage* smoothed() const { return smoothed_.get(); }
@@ -76,6 +76,8 @@ class SimpleAosOperator : public FloatOperator {
     const FloatImage* gradientPlane() const { return gradientPlane_.get(); }
 
   protected:
+    /// Replaces the blur by a new one with tau = sigma sigma 0.5.
+    void makeBlur();
     /// Makes both systems for the size of the run; x and b are zero.
     void makeSystems();
     /// Frees the systems and the two planes of the diffusivity.

@@ -199,6 +199,67 @@ TEST(AosDeblurringOperator, WhatATargetHoldsIsLostUnlessNothingRuns) {
     EXPECT_FALSE(operatorOf(settings).dropsTarget());
 }
 
+TEST(AosDeblurringOperator, EveryPathLeavesTheBlurAndFreesThePlanes) {
+    const FloatImage source = noisePlane(9, 7, 5);
+    for (const bool plain : {false, true}) {
+        AosDeblurringOperator deblurring = operatorOf({2, 3, 0.2f, 3.0f, false}, /*sigma=*/3.0);
+        deblurring.setPlainPath(plain);
+        EXPECT_EQ(deblurring.blur(), nullptr);
+        EXPECT_EQ(deblurring.width(), 256);
+
+        deblurring.apply(source, nullptr);
+
+        ASSERT_NE(deblurring.blur(), nullptr);
+        EXPECT_EQ(deblurring.blur()->tau(), 4.5f);
+        EXPECT_EQ(deblurring.blur()->iterations(), 1);
+        EXPECT_EQ(deblurring.smoothed(), nullptr);
+        EXPECT_EQ(deblurring.gradientPlane(), nullptr);
+        EXPECT_EQ(deblurring.width(), 9);
+        EXPECT_EQ(deblurring.height(), 7);
+
+        AosDeblurringOperator idle = operatorOf({0, 3, 0.2f, 3.0f, false});
+        idle.setPlainPath(plain);
+        idle.apply(source, nullptr);
+        EXPECT_EQ(idle.blur(), nullptr);
+    }
+}
+
+/// A class that counts what a run asks of it and changes nothing.
+class CountingOperator : public AosDeblurringOperator {
+  public:
+    using AosDeblurringOperator::AosDeblurringOperator;
+    void prepare(const FloatImage& plane) override {
+        ++prepared_;
+        AosDeblurringOperator::prepare(plane);
+    }
+    void update(const FloatImage& plane) override {
+        ++updated_;
+        AosDeblurringOperator::update(plane);
+    }
+    float diffusivity(int x, int y) const override {
+        ++asked_;
+        return AosDeblurringOperator::diffusivity(x, y);
+    }
+    int prepared_ = 0;
+    int updated_ = 0;
+    mutable int asked_ = 0;
+};
+
+TEST(AosDeblurringOperator, ADerivedClassIsAskedForEverySampleOfEveryIteration) {
+    const FloatImage source = noisePlane(9, 7, 5);
+    for (const unsigned char eachStep : {0, 1}) {
+        CountingOperator counting(3, 3, 0.2f, 3.0, 1.0, 5.0, 0, eachStep);
+
+        const auto result = counting.apply(source, nullptr);
+
+        EXPECT_TRUE(sameBits(*result, *run({3, 3, 0.2f, 3.0f, false}, source)));
+        EXPECT_EQ(counting.prepared_, eachStep == 0 ? 1 : 3);
+        EXPECT_EQ(counting.updated_, counting.prepared_);
+        // Three of a sample, in both sweeps.
+        EXPECT_EQ(counting.asked_, 3 * 3 * 2 * 9 * 7);
+    }
+}
+
 /// A class with a gradient that doesn't vanish.
 class SlopedOperator : public AosDeblurringOperator {
   public:
