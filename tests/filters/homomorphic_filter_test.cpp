@@ -188,6 +188,15 @@ TEST(HomomorphicFilter, ATargetIsWrittenThroughoutAndTheSourceKept) {
     }
 }
 
+TEST(HomomorphicFilter, ANewTargetHasTheSourcesFlag) {
+    RealImage source = bytePlane(5, 4, 10);
+    source.setFlag(3);
+
+    const auto result = HomomorphicFilter(8, kSigma, 2.0).apply(source, nullptr);
+
+    EXPECT_EQ(result->flag(), 3);
+}
+
 TEST(HomomorphicFilter, IteratedPassesWorkOnTheResultOfTheOneBefore) {
     const RealImage source = bytePlane(14, 10, 11);
     HomomorphicFilter filter(8, kSigma, 1.5);

@@ -105,8 +105,8 @@ TEST(HomomorphicKernels, SplitAndJoinFollowTheirFormulas) {
         std::vector<double> source(count);
         std::vector<double> light(count);
         for (std::size_t i = 0; i < count; ++i) {
-            source[i] = i % 5 == 3 ? special[(i / 5) % 8] : noise.between(-1.0, 255.0);
-            light[i] = i % 7 == 2 ? special[(i / 7) % 8] : noise.between(-1.0, 255.0);
+            source[i] = i % 5 == 3 ? special[(i / 5) % 8] : noise.between(-60.0, 255.0);
+            light[i] = i % 7 == 2 ? special[(i / 7) % 8] : noise.between(-60.0, 255.0);
         }
         std::vector<double> level(count);
         std::vector<double> share(count);

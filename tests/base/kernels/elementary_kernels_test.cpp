@@ -41,6 +41,15 @@ std::vector<double> ordinaryArguments(std::size_t count) {
     return x;
 }
 
+/// Arguments from 1/2 to 2, whose powers leave the range of normal numbers at exponents near 1024.
+std::vector<double> aroundOne(std::size_t count) {
+    std::vector<double> x = ordinaryArguments(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        x[i] = i % 5 == 0 ? 2.0 : (i % 5 == 1 ? 0.5 : 0.5 + 1.5 * (x[i] / 256.0));
+    }
+    return x;
+}
+
 /// Arguments of every kind, bit patterns without order among them.
 std::vector<double> unruly(std::size_t count) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -80,9 +89,11 @@ void onEveryTarget(Check check) {
             SCOPED_TRACE(testing::Message() << nameOf(target) << ", " << count);
             check(*kernels, ordinaryArguments(count));
             check(*kernels, unruly(count));
+            check(*kernels, aroundOne(count));
             // One value at or beyond an end of a range among many that are in it.
-            for (const double odd : {-0.0, -708.0, -709.0, -730.0, 709.0, 709.5, -307.0, -307.5,
-                                     -315.0, 308.0, 308.2, 1e-310, 1e307, 1e-307, -2.0}) {
+            for (const double odd :
+                 {-0.0, -708.0, -708.4, -709.0, -730.0, 709.0, 709.7, 709.9, -307.0, -307.7,
+                  -315.0, 308.0, 308.2, 308.3, 1e-310, 1e307, 1e-307, -2.0}) {
                 std::vector<double> mixed = ordinaryArguments(count);
                 if (count > 2) {
                     mixed[count / 2] = odd;
@@ -122,6 +133,8 @@ TEST(ElementaryKernels, PowersHaveTheBitsOfSingleValues) {
                                      1e-300,
                                      250.7,
                                      -1000.0,
+                                     1024.5,
+                                     -1024.5,
                                      1e30,
                                      0x1p53 - 1.0,
                                      std::numeric_limits<double>::infinity(),

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/cpu_features.h"
+#include "base/elementary.h"
 #include "support/plain_colour.h"
 #include "support/plane_support.h"
 
@@ -233,6 +234,26 @@ TEST(ColorSpaceChain, GivesThePlainFormulasOfExtremeSamplesOnEveryKernelTarget) 
                     expectSame(lab->plane(c).data()[i], PlainColour::toLab(in)[k]);
                     expectSame(rgb->plane(c).data()[i], PlainColour::toRgb(in)[k]);
                 }
+            }
+        }
+    }
+}
+
+TEST(LogLmsToLabTransform, LetsPowersLeaveTheRangeOfNumbersOnEveryKernelTarget) {
+    const LogLmsToLabTransform transform;
+    for (const KernelTarget target :
+         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+        const TargetLimit limit(target);
+        for (const double light : {533.0, 534.5, 540.0, -532.9, -534.5, -570.0}) {
+            RealImage3 planes(2, 5);
+            planes.plane(0).fill(light);
+            const double expected = elementaryExp10(light * 0.5773502691896257);
+
+            const auto cones = transform.inverse(planes, nullptr);
+
+            EXPECT_EQ(std::isinf(expected), light > 534.0);
+            for (int c = 0; c < 3; ++c) {
+                EXPECT_EQ(cones->plane(c).row(1)[4], expected) << light;
             }
         }
     }

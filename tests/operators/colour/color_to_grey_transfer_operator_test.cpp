@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -258,6 +259,21 @@ TEST(ColorToGreyTransferOperator, TakesTheFirstSwatchWhereAWindowHoldsABlackPixe
         }
     }
     EXPECT_EQ(result->red(15, 15), 0);
+}
+
+TEST(ColorToGreyTransferOperator, GivesAWindowWithABlackPixelNoScore) {
+    RealImage light(9, 20, -0.5);
+    light.row(4)[10] = -std::numeric_limits<double>::infinity();
+    std::vector<double> scores(20);
+    for (const KernelTarget target :
+         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+        colourKernels(target).windowScores({light.data(), 9, 20, /*x=*/4, /*half=*/3},
+                                           scores.data());
+
+        for (std::size_t y = 0; y < scores.size(); ++y) {
+            EXPECT_EQ(std::isnan(scores[y]), y >= 8 && y <= 13) << y;
+        }
+    }
 }
 
 TEST(ColorToGreyTransferOperator, LetsABlackColourPictureGiveBlack) {
