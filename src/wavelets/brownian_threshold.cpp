@@ -107,9 +107,11 @@ class WitnessAccount {
         // With T = sum / height no entry of a sheet, exact or rounded, exceeds T by more than
         // its rounding. An entry sums up three roundings of at most 2T each for every position,
         // and those of the mean: (6 + 1/8) n of them. That holds for the sheet as built and for
-        // the one that is not; following it costs another rounding a removal. 32 n covers all.
-        bound_ = 32.0 * (count_ + 64.0) * std::numeric_limits<double>::epsilon() *
-                 (sheet.sum / height_);
+        // the one that is not; following it costs another rounding a removal. 32 n covers all,
+        // and the smallest normal number what quotients lose that are no normal numbers.
+        bound_ = 32.0 * (count_ + 64.0) *
+                 (std::numeric_limits<double>::epsilon() * (sheet.sum / height_) +
+                  std::numeric_limits<double>::min());
     }
 
     /// Whether the largest magnitude of the sheet, were it built, would exceed the critical

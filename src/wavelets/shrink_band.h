@@ -8,7 +8,7 @@ class RealImage;
 
 /// Soft thresholding of a detail band, in place.
 ///
-///     v = 0 unless |v| > threshold;  v - threshold for v > 0, else v + threshold
+///     v = 0 unless |v| > threshold;  v - threshold for v > 0, v + threshold for v < 0
 ///
 /// Verbose prints the level, the detail, the threshold and how many coefficients became 0.
 void ShrinkBand(RealImage& coefficients, int height, int width, int level, int detail,

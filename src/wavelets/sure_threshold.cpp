@@ -20,6 +20,8 @@ constexpr std::size_t kBuckets = 2048;
 constexpr std::size_t kFewMagnitudes = 1024;
 // 32 octaves below the largest magnitude are told apart; what is smaller shares a bucket.
 constexpr std::uint64_t kOctaves = std::uint64_t{32} << 52;
+// Bounds of the risk stay finite for sums below this; one that is no number isn't below it.
+constexpr double kLargestSum = 1e280;
 
 std::uint64_t bitsOf(double magnitude) {
     std::uint64_t bits = 0;
@@ -266,9 +268,8 @@ double sureThresholdOfMagnitudes(double* magnitudes, std::size_t count, std::siz
     if (count == 0) {
         return 0.0;
     }
-    // Bounds need sums that are finite numbers.
     if (count >= kFewMagnitudes &&
-        std::isfinite(shrinkKernels().sumOfSquares(magnitudes, count))) {
+        shrinkKernels().sumOfSquares(magnitudes, count) < kLargestSum) {
         const double threshold = searchedThreshold(magnitudes, count, zeros);
         if (!std::isnan(threshold)) {
             return threshold;

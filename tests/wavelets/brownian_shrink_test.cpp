@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -40,6 +41,28 @@ TEST(CriticalValues, StandInColumnsOfTheBandSide) {
     EXPECT_EQ(criticalValue(7, 7), 1.6401f);
     EXPECT_EQ(criticalValue(12, 3), 2.1915f);
     EXPECT_EQ(criticalValue(16, 7), 3.1581f);
+}
+
+// In units of the last published digit, a slip in any of the 136 values changes two of the sums.
+TEST(CriticalValues, HaveTheSumsOfThePublishedTable) {
+    constexpr int kRowSums[] = {55205,  64392,  74887,  81556,  90874,  98574,
+                                105827, 113233, 121292, 130528, 142315, 160268,
+                                176388, 191231, 209608, 222625, 252182};
+    constexpr int kColumnSums[] = {233892, 254368, 273685, 288861,
+                                   299109, 308717, 314545, 317808};
+    int columnSums[8] = {};
+    for (int row = 0; row < 17; ++row) {
+        int rowSum = 0;
+        for (int column = 0; column < 8; ++column) {
+            const int units = static_cast<int>(std::lround(1e4f * criticalValue(row, column)));
+            rowSum += units;
+            columnSums[column] += units;
+        }
+        EXPECT_EQ(rowSum, kRowSums[row]) << row;
+    }
+    for (int column = 0; column < 8; ++column) {
+        EXPECT_EQ(columnSums[column], kColumnSums[column]) << column;
+    }
 }
 
 TEST(Quirk, CriticalColumn) {

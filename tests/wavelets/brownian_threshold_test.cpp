@@ -133,6 +133,18 @@ TEST(BrownianThreshold, IsThatOfASheetForEveryRemovalAtOddCriticalValues) {
     }
 }
 
+// Squares and sheets of the smallest numbers, where rounding isn't relative.
+TEST(BrownianThreshold, IsThatOfASheetForEveryRemovalAmongSubnormalSheets) {
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        RealImage band = bandOf(14, 13, gaussian, seed);
+        band.scale(1e-160);
+        for (const double critical : {0.0, 5e-324, 1e-322, 1e-321}) {
+            SCOPED_TRACE(testing::Message() << "seed " << seed << ", critical " << critical);
+            expectPlainResult(band, critical);
+        }
+    }
+}
+
 // The critical value is a value that the sheet takes, or its neighbour: the comparison has to be
 // made by the sheet itself.
 TEST(BrownianThreshold, DecidesByTheSheetWhereRoundingMatters) {

@@ -72,8 +72,8 @@ TEST(SureThreshold, IsThatOfTheFullSortOnCoarseValues) {
 }
 
 TEST(SureThreshold, IsThatOfTheFullSortOnEveryScale) {
-    for (const double scale :
-         {0.0, 1e-300, 1e-150, 1e-8, 0.1, 0.9, 1.1, 3.0, 1e6, 1e100, 1e155}) {
+    for (const double scale : {0.0, 1e-300, 1e-150, 1e-8, 0.1, 0.9, 1.1, 3.0, 1e6, 1e100, 1e137,
+                               1e150, 1e152, 1e155}) {
         std::vector<double> values = coefficients(5000, 0.1, 8.0, 10);
         for (double& v : values) {
             v *= scale;

@@ -19,9 +19,10 @@ struct ShrinkKernels {
 
     /// Soft thresholding; gives how many values became 0.
     ///
-    ///     v = v - t for v > t,  v + t for v < -t,  else 0
+    ///     v = 0 unless |v| > t;  v - t for v > 0, v + t for v < 0
     ///
-    /// Domain:  any t; a value that is no number becomes 0.
+    /// Domain:  any t; below 0 it moves values away from 0, and zeros stay. A value that is no
+    ///          number becomes 0.
     std::size_t (*shrink)(double* values, double threshold, std::size_t count);
 
     /// Soft thresholding of values / divisor, multiplied by it again, each operation rounded.

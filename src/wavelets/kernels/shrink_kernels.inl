@@ -15,7 +15,7 @@ inline double magnitudeOf(double v) {
 inline double softened(double v, double threshold) {
     const double below = v - threshold;
     const double above = v + threshold;
-    const double moved = v > 0.0 ? below : above;
+    const double moved = v > 0.0 ? below : v < 0.0 ? above : v;
     return magnitudeOf(v) > threshold ? moved : 0.0;
 }
 

@@ -70,6 +70,9 @@ double plainSoftened(double v, double threshold) {
     if (!(std::fabs(v) > threshold)) {
         return 0.0;
     }
+    if (v == 0.0) {
+        return v;
+    }
     return v > 0.0 ? v - threshold : v + threshold;
 }
 
@@ -107,7 +110,7 @@ TEST(ShrinkKernels, MagnitudesAreThoseOfThePlainLoop) {
 
 TEST(ShrinkKernels, SofteningIsThatOfThePlainLoop) {
     for (const double threshold :
-         {0.0, 0.8, 2.9, 1e200, std::numeric_limits<double>::quiet_NaN()}) {
+         {-1.5, 0.0, 0.8, 2.9, 1e200, std::numeric_limits<double>::quiet_NaN()}) {
         forEachCase(false, [threshold](const ShrinkKernels& kernels,
                                        const std::vector<double>& values) {
             std::vector<double> plain(values.size());
