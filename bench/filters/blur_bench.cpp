@@ -111,6 +111,19 @@ void plainWrite(const FloatImage3& planes, std::vector<unsigned char>& bytes) {
     }
 }
 
+// From bytes to bytes by the plain form.
+void plainPicture(const FloatRecursive2dBlurOperator& op,
+                  const std::vector<unsigned char>& bytes, std::vector<unsigned char>& result) {
+    FloatImage3 planes(kSize.width, kSize.height);
+    FloatImage3 target(kSize.width, kSize.height);
+    result.resize(bytes.size());
+    plainRead(bytes, planes);
+    for (int c = 0; c < 3; ++c) {
+        plainBlur<float>(op, planes.plane(c), target.plane(c));
+    }
+    plainWrite(target, result);
+}
+
 std::string named(const char* what, double sigma) {
     return std::string(what) + "/" + std::to_string(static_cast<int>(sigma));
 }
@@ -169,15 +182,7 @@ void plainBytes(benchmark::State& state, double sigma) {
     FloatRecursive2dBlurOperator op(sigma);
     BestTime best;
     for (auto turn : state) {
-        best.time([&] {
-            FloatImage3 planes(kSize.width, kSize.height);
-            FloatImage3 target(kSize.width, kSize.height);
-            plainRead(bytes, planes);
-            for (int c = 0; c < 3; ++c) {
-                plainBlur<float>(op, planes.plane(c), target.plane(c));
-            }
-            plainWrite(target, result);
-        });
+        best.time([&] { plainPicture(op, bytes, result); });
     }
     finish(state, "plain_bytes", sigma, best);
 }
@@ -225,6 +230,12 @@ void cimg(benchmark::State& state, double sigma) {
 }
 #endif
 
+template <class Image>
+bool sameSamples(const Image& result, const Image& expected) {
+    return std::memcmp(result.data(), expected.data(),
+                       expected.sampleCount() * sizeof(*expected.data())) == 0;
+}
+
 // The three planes through the wrapper, in memory that is in use already.
 void planes(benchmark::State& state, double sigma) {
     const SilencedOutput silence;
@@ -232,14 +243,16 @@ void planes(benchmark::State& state, double sigma) {
     auto target = std::make_unique<FloatImage3>(kSize.width, kSize.height);
     FloatRecursive2dBlurOperator op(sigma);
     FloatImage expected(kSize.width, kSize.height);
-    plainBlur<float>(op, source.plane(1), expected);
+    target = FloatPlanesOperator(&op).apply(source, std::move(target));
+    for (int c = 0; c < 3; ++c) {
+        plainBlur<float>(op, source.plane(c), expected);
+        if (!sameSamples(target->plane(c), expected)) {
+            return state.SkipWithError("not the samples of the plain form");
+        }
+    }
     BestTime best;
     for (auto turn : state) {
         best.time([&] { target = FloatPlanesOperator(&op).apply(source, std::move(target)); });
-    }
-    if (std::memcmp(target->plane(1).data(), expected.data(),
-                    expected.sampleCount() * sizeof(float)) != 0) {
-        state.SkipWithError("not the samples of the plain form");
     }
     finish(state, "planes", sigma, best);
 }
@@ -247,7 +260,12 @@ void planes(benchmark::State& state, double sigma) {
 void doubles(benchmark::State& state, double sigma) {
     const RealImage3 source(photo());
     RealRecursive2dBlurOperator op(sigma);
-    std::unique_ptr<RealImage> target = source.plane(0).clone();
+    RealImage expected(kSize.width, kSize.height);
+    plainBlur<double>(op, source.plane(0), expected);
+    std::unique_ptr<RealImage> target = op.apply(source.plane(0), source.plane(0).clone());
+    if (!sameSamples(*target, expected)) {
+        return state.SkipWithError("not the samples of the plain form");
+    }
     BestTime best;
     for (auto turn : state) {
         best.time([&] {
@@ -265,6 +283,12 @@ void bytes(benchmark::State& state, double sigma) {
     const SilencedOutput silence;
     const RgbDiscreteImage source = photo();
     VanVlietBlurOperator op(sigma);
+    std::vector<unsigned char> expected;
+    plainPicture(FloatRecursive2dBlurOperator(sigma), photoBytes(kSize.width, kSize.height),
+                 expected);
+    if (std::memcmp(op.apply(source, nullptr)->data(), expected.data(), expected.size()) != 0) {
+        return state.SkipWithError("not the bytes of the plain form");
+    }
     BestTime best;
     for (auto turn : state) {
         best.time([&] { benchmark::DoNotOptimize(op.apply(source, nullptr)); });
