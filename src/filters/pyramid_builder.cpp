@@ -13,6 +13,10 @@ namespace {
 void reduceLevels(RealImagePyramid& pyramid) {
     const RetinexKernels& kernels = retinexKernels();
     for (int k = 1; k < pyramid.levels(); ++k) {
+        if (pyramid.level(k) == nullptr) {
+            pyramid.setLevel(k,
+                             RealImage::uninitialised(pyramid.widthAt(k), pyramid.heightAt(k)));
+        }
         const RealImage& finer = *pyramid.level(k - 1);
         RealImage& coarser = *pyramid.level(k);
         kernels.reduce(finer.data(), finer.height(), coarser.data(), coarser.width(),
@@ -30,6 +34,9 @@ std::unique_ptr<RealImagePyramid> PyramidBuilder::build(
     const RealImage& plane, std::unique_ptr<RealImagePyramid> pyramid) {
     if (!fits(pyramid.get(), plane.width(), plane.height())) {
         return buildFrom(plane.clone(), nullptr);
+    }
+    if (pyramid->level(0) == nullptr) {
+        return buildFrom(plane.clone(), std::move(pyramid));
     }
     pyramid->level(0)->assign(plane);
     reduceLevels(*pyramid);

@@ -22,7 +22,8 @@ class PyramidBuilder : public PlanePyramidBuilder {
 
     /// Level 0 becomes a copy of `plane`, the further levels its reductions.
     ///
-    /// Shapes:  a pyramid of another size or count of levels is replaced.
+    /// Shapes:  a pyramid of another size or count of levels is replaced, a level that is missing
+    ///          made.
     /// Domain:  levels that leave the coarsest plane at least one sample; an empty level stays
     ///          empty.
     /// Cost:    one pass over each level but the last.

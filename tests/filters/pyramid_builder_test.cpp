@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -81,6 +82,22 @@ TEST(PyramidBuilder, ReplacesAPyramidOfAnotherForm) {
     EXPECT_EQ(pyramid->width(), 8);
     EXPECT_TRUE(sameBits(*pyramid->level(0), larger));
     EXPECT_FALSE(PyramidBuilder(3).fits(pyramid.get(), 8, 6));
+}
+
+TEST(PyramidBuilder, MakesLevelsThatAPyramidLacks) {
+    const RealImage plane = noiseRealPlane(13, 10, 4);
+    PyramidBuilder builder(3);
+    auto bare =
+        std::make_unique<RealImagePyramid>(plane, 3, builder.ratio(), /*allocate=*/false);
+    bare->takeLevel(0);
+
+    const auto filled = builder.build(plane, std::move(bare));
+
+    const auto fresh = builder.build(plane, nullptr);
+    for (int k = 0; k < 3; ++k) {
+        ASSERT_NE(filled->level(k), nullptr);
+        EXPECT_TRUE(sameBits(*filled->level(k), *fresh->level(k)));
+    }
 }
 
 TEST(PyramidBuilder, APlaneHandedInGivesTheLevelsOfACopy) {
