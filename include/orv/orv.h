@@ -273,9 +273,9 @@ ORV_EXPORT void* ORVISusanRestoration(void* image, int iterations, double thresh
  *                    too small for any, gives a copy of the source
  * wavelet:           ORV_WAVELET_, 0 to 5
  *
- * A picture whose longer side is not a power of two, or whose shorter side meets an odd size before
- * the last level, is padded with zeros to a square. That dims its border and makes the estimate of
- * the noise too low: none at all when the picture covers less than about half of the square.
+ * A picture whose longer side is not a power of two, or whose shorter side would be odd at one of
+ * the levels, is padded with zeros to a square. That dims its border and makes the estimate of the
+ * noise too low: none at all when the picture covers less than about half of the square.
  * Results are not clamped: a sample that leaves 0 to 255 keeps its low byte.
  * "Brownian" writes lines to the standard output. When a working array cannot be had, a line goes
  * to the standard error stream and the process ends with status 1.
