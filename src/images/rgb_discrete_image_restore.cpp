@@ -18,50 +18,47 @@ constexpr int kSpaceRgb = 1;
 constexpr int kSpaceHsi = 2;
 constexpr int kSpaceYiq = 3;
 
-void runPlain(const char* text, CurvatureFlow flow, int iterations, double coeff,
-              RealImage3& planes) {
-    printText("%s coeff=%f iterations=%d\n", text, coeff, iterations);
+void runPlain(CurvatureFlow flow, int iterations, double coeff, RealImage3& planes) {
     for (int k = 0; k < 3; ++k) {
         runCurvatureFlow(flow, coeff, iterations, planes.plane(k));
     }
 }
 
-void runGeodesic(const char* text, CurvatureFlow flow, int iterations, double coeff,
-                 RealImage3& planes) {
-    const double cgrad = kGeodesicShare * coeff;
-    printText("%s coeff=%f, cgrad=%f, iterations=%d\n", text, coeff, cgrad, iterations);
+void runGeodesic(CurvatureFlow flow, int iterations, double coeff, RealImage3& planes) {
     for (int k = 0; k < 3; ++k) {
-        runGeodesicCurvatureFlow(flow, coeff, cgrad, iterations, planes.plane(k));
+        runGeodesicCurvatureFlow(flow, coeff, kGeodesicShare * coeff, iterations,
+                                 planes.plane(k));
     }
 }
 
-void runCoupled(const char* text, int iterations, double coeff, RealImage3& planes) {
-    printText("%s coeff=%f iterations=%d\n", text, coeff, iterations);
-    runFullColorBeltrami(coeff, iterations, planes);
-}
-
-/// Runs the flow of a method number.
+/// Runs the flow of a method number, its text first.
 void runMethod(int method, int iterations, double coeff, RealImage3& planes) {
+    const double cgrad = kGeodesicShare * coeff;
     switch (method) {
         case kMethodFullColor:
-            return runCoupled("Full Color Beltrami", iterations, coeff, planes);
+            printText("Full Color Beltrami coeff=%f iterations=%d\n", coeff, iterations);
+            return runFullColorBeltrami(coeff, iterations, planes);
         case 1:
-            return runPlain("Mean Curvature", CurvatureFlow::MeanCurvature, iterations, coeff,
-                            planes);
+            printText("Mean Curvature coeff=%f iterations=%d\n", coeff, iterations);
+            return runPlain(CurvatureFlow::MeanCurvature, iterations, coeff, planes);
         case 2:
-            return runGeodesic("Geodesic Mean Curvature", CurvatureFlow::MeanCurvature,
-                               iterations, coeff, planes);
+            printText("Geodesic Mean Curvature coeff=%f, cgrad=%f, iterations=%d\n", coeff,
+                      cgrad, iterations);
+            return runGeodesic(CurvatureFlow::MeanCurvature, iterations, coeff, planes);
         case 4:
-            return runGeodesic("Geodesic Beltrami", CurvatureFlow::Beltrami, iterations, coeff,
-                               planes);
+            printText("Geodesic Beltrami coeff=%f, cgrad=%f, iterations=%d\n", coeff, cgrad,
+                      iterations);
+            return runGeodesic(CurvatureFlow::Beltrami, iterations, coeff, planes);
         case 5:
-            return runPlain("Perona/Malik", CurvatureFlow::PeronaMalik, iterations, coeff,
-                            planes);
+            printText("Perona/Malik coeff=%f iterations=%d\n", coeff, iterations);
+            return runPlain(CurvatureFlow::PeronaMalik, iterations, coeff, planes);
         case 6:
-            return runGeodesic("Geodesic Perona/Malik", CurvatureFlow::PeronaMalik, iterations,
-                               coeff, planes);
+            printText("Geodesic Perona/Malik coeff=%f, cgrad=%f, iterations=%d\n", coeff, cgrad,
+                      iterations);
+            return runGeodesic(CurvatureFlow::PeronaMalik, iterations, coeff, planes);
         default:
-            return runPlain("Beltrami", CurvatureFlow::Beltrami, iterations, coeff, planes);
+            printText("Beltrami coeff=%f iterations=%d\n", coeff, iterations);
+            return runPlain(CurvatureFlow::Beltrami, iterations, coeff, planes);
     }
 }
 
@@ -72,7 +69,8 @@ void runKind(int kind, int method, int iterations, double coeff, RealImage3& pla
                   planes);
     } else if (kind == 2) {
         printText("Full Color ");
-        runCoupled("Beltrami", iterations, coeff, planes);
+        printText("Beltrami coeff=%f iterations=%d\n", coeff, iterations);
+        runFullColorBeltrami(coeff, iterations, planes);
     }
 }
 

@@ -15,6 +15,8 @@ namespace orv {
 ///
 ///     u = (m + m^2 tau Lx)^-1 f + (m + m^2 tau Ly)^-1 f,   m = `dimensions` = 2
 ///
+/// The rows of Lx and Ly are -m1, m1 + m2, -m2 with the limited diffusivities of solveAosLine().
+///
 /// It stands apart from the schemes with a Flow and a LinearSolver and builds its systems line
 /// by line. The class is the root of two others and cannot be made: `diffusivity` is abstract.
 ///
