@@ -7,12 +7,9 @@
 #include <limits>
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include "base/cpu_features.h"
 #include "base/rounding.h"
-#include "exports/progress_window.h"
-#include "exports/work_window.h"
 #include "images/rgb_discrete_image.h"
 #include "support/matrix_support.h"
 #include "support/plain_deblurring.h"
@@ -43,26 +40,6 @@ std::unique_ptr<FloatImage> run(const DeblurSettings& settings, const FloatImage
     deblurring.setPlainPath(plain);
     return deblurring.apply(source, nullptr);
 }
-
-/// Records what reaches a host's callback while it lives.
-class Reports {
-  public:
-    Reports() : before_(progressWindow()) {
-        values().clear();
-        progressWindow() = ProgressWindow{[](int value) { values().push_back(value); }, 0, 100};
-    }
-    ~Reports() { progressWindow() = before_; }
-    Reports(const Reports&) = delete;
-    Reports& operator=(const Reports&) = delete;
-
-    static std::vector<int>& values() {
-        static std::vector<int> recorded;
-        return recorded;
-    }
-
-  private:
-    ProgressWindow before_;
-};
 
 TEST(AosDeblurringOperator, EveryPathHasTheBitsOfThePlainFormulation) {
     for (const KernelTarget target :
@@ -283,69 +260,6 @@ TEST(AosDeblurringOperator, ADerivedClassWithAGradientRunsOnItsDiffusivity) {
 
     EXPECT_TRUE(sameBits(*result, plainDeblurring(settings, source, g)));
     EXPECT_EQ(sloped.updates_, 2);
-}
-
-/// The values that a run reports, from their formulas.
-std::vector<int> expectedReports(long long iterations, long long width, long long height) {
-    std::vector<int> values = {0, 10};
-    const auto add = [&](long long value) { values.push_back(static_cast<int>(value)); };
-    for (long long i = 0; i < iterations; ++i) {
-        const long long base = 90 * i / iterations + 10;
-        add(base);
-        for (long long y = 0; y < height; ++y) {
-            add(y * 45 * i / (iterations * height) + base);
-        }
-        for (long long x = 0; x < width; ++x) {
-            add(x * 45 * i / (iterations * width) + 90 * i / iterations + 45 * i / iterations +
-                10);
-        }
-    }
-    values.push_back(100);
-    return values;
-}
-
-TEST(AosDeblurringOperator, ReportsEveryLineToTheHost) {
-    for (const bool plain : {false, true}) {
-        const Reports reports;
-        run({2, 3, 0.2f, 3.0f, false}, noisePlane(6, 7, 9), plain);
-
-        const std::vector<int> expected = {0,  10,                          //
-                                           10, 10, 10, 10, 10, 10, 10, 10,  //
-                                           10, 10, 10, 10, 10, 10,          //
-                                           55, 55, 58, 61, 64, 67, 71, 74,  //
-                                           77, 80, 84, 88, 92, 95,          //
-                                           100};
-        EXPECT_EQ(Reports::values(), expected);
-        EXPECT_EQ(expectedReports(2, 6, 7), expected);
-    }
-}
-
-TEST(Quirk, AosProgressOvershoot) {
-    const Reports reports;
-    run({10, 3, 0.2f, 3.0f, false}, noisePlane(8, 6, 9));
-
-    EXPECT_EQ(Reports::values(), expectedReports(10, 8, 6));
-    // The last column of the last iteration.
-    EXPECT_EQ(Reports::values()[Reports::values().size() - 2], 166);
-}
-
-TEST(AosDeblurringOperator, StopsWhenAsked) {
-    class Stop : public WorkObserver {
-      public:
-        bool onWork(double /*done*/) override {
-            ++calls_;
-            return false;
-        }
-        int calls_ = 0;
-    } stop;
-    const WorkObserverScope scope(&stop);
-    const Reports reports;
-
-    const auto result = run({50, 3, 0.2f, 3.0f, false}, noisePlane(8, 8, 1));
-
-    EXPECT_NE(result, nullptr);
-    EXPECT_EQ(stop.calls_, 1);
-    EXPECT_LT(Reports::values().size(), 10u);
 }
 
 TEST(AosDeblurringOperator, TheGuideIsKeptAndNotRead) {
