@@ -17,7 +17,7 @@ class ArctanShockTerm : public ShockTerm {
 
     /// Stores the step, by which the argument of the arc tangent grows.
     void setIteration(int i) override;
-    /// The step, by which the argument of the arc tangent is multiplied.
+    /// The step, by which the argument of the arc tangent is multiplied; 1.0 at the start.
     double iteration() const override;
     double valueMasked(const DiscreteImage& mask, const RealImage& plane, int x,
                        int y) const override;

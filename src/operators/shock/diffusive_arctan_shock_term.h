@@ -8,6 +8,8 @@ namespace orv {
 ///
 ///     value = diffusionWeight xi - 2 / pi atan(iteration arctanScale eta) g
 ///
+/// The iteration is 1.0 until a filter tells it, which the masked form of a filter never does.
+///
 /// Source:  [AlvarezMazorra1994], [GilboaSochenZeevi2002]
 class DiffusiveArctanShockTerm : public ShockTerm {
   public:
@@ -15,7 +17,7 @@ class DiffusiveArctanShockTerm : public ShockTerm {
 
     /// Stores the step, by which the argument of the arc tangent grows.
     void setIteration(int i) override;
-    /// The step, by which the argument of the arc tangent is multiplied.
+    /// The step, by which the argument of the arc tangent is multiplied; 1.0 at the start.
     double iteration() const override;
     double valueMasked(const DiscreteImage& mask, const RealImage& plane, int x,
                        int y) const override;

@@ -39,8 +39,8 @@ std::unique_ptr<RealImage> ShockFilter::applyMasked(const DiscreteImage& mask,
     source_ = &source;
     work_ = source_->clone();
     prepareRegion(mask);
-    runShockRegion({*term_, iterations_, timeStep_, /*numbersSteps=*/true}, mask, regionCount(),
-                   regionXs().data(), regionYs().data(), *work_, *target);
+    runShockRegion({*term_, iterations_, timeStep_, /*numbersSteps=*/false}, mask,
+                   regionCount(), regionXs().data(), regionYs().data(), *work_, *target);
     work_ = nullptr;
     source_ = nullptr;
     releaseRegion();

@@ -31,7 +31,10 @@ class ShockFilter : public RealOperator {
                                      std::unique_ptr<RealImage> target) override;
 
     /// Runs the steps where the mask equals `regionKey`; a target that is handed in is moved
-    /// from where it stands.
+    /// from where it stands. The term hears no number of a step, and so a soft sign stays as
+    /// soft as it is.
+    ///
+    /// Quirk:   masked-shock-softness
     std::unique_ptr<RealImage> applyMasked(const DiscreteImage& mask, const RealImage& source,
                                            std::unique_ptr<RealImage> target) override;
 

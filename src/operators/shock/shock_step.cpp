@@ -110,9 +110,7 @@ void runShockRegion(const ShockMotion& motion, const DiscreteImage& mask, int co
                     const int* xs, const int* ys, RealImage& work, RealImage& target) {
     for (int i = 1; i <= motion.iterations && !workCancelled(); ++i) {
         const WorkSlice slice(i - 1, motion.iterations);
-        if (motion.numbersSteps) {
-            motion.term.setIteration(i);
-        }
+        // quirk: masked-shock-softness
         for (int k = 0; k < count; ++k) {
             double& sample = target.row(xs[k])[ys[k]];
             sample = limited(sample + motion.timeStep *

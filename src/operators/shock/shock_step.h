@@ -10,7 +10,7 @@ struct ShockMotion {
     ShockTerm& term;
     int iterations;
     double timeStep;
-    bool numbersSteps;  ///< whether the term hears the number of each step
+    bool numbersSteps;  ///< whether the term hears the number of each step of a whole plane
 };
 
 /// All steps over a whole plane.
@@ -26,9 +26,10 @@ struct ShockMotion {
 ///          old samples follow the pass.
 void runShock(const ShockMotion& motion, const RealImage& source, RealImage& target);
 
-/// All steps over the samples of a region list.
+/// All steps over the samples of a region list. The term hears no number of a step.
 ///
 /// Shapes:  work holds what the speeds are computed on and takes over each step's region.
+/// Quirk:   masked-shock-softness
 void runShockRegion(const ShockMotion& motion, const DiscreteImage& mask, int count,
                     const int* xs, const int* ys, RealImage& work, RealImage& target);
 

@@ -134,6 +134,7 @@ TEST(ShockTerm, OnlyTheArctanTermsKeepTheStep) {
         EXPECT_EQ(term->iteration(), method < 2 ? 0.0 : 7.0) << method;
     }
     EXPECT_EQ(ArctanShockTerm(1.0).iteration(), 1.0);
+    EXPECT_EQ(DiffusiveArctanShockTerm(0.2, 1.0).iteration(), 1.0);
 }
 
 TEST(ShockFilter, StepsAreThoseOfTheFormulaBitForBitWithEveryInstructionSet) {
@@ -356,7 +357,9 @@ void expectRegionRules(Filter& filter, int method) {
         RealImage expected(*start);
         RealImage work(source);
         for (int i = 1; i <= 3; ++i) {
-            plainShockStep(method, work, expected, 0.2, 0.2, 1.0, i, plainMinmod, selects);
+            // Every step is the first to the term.
+            plainShockStep(method, work, expected, 0.2, 0.2, 1.0, /*step=*/1, plainMinmod,
+                           selects);
             for (int x = 1; x < 14; ++x) {
                 for (int y = 1; y < 11; ++y) {
                     work.row(x)[y] = selects(x, y) ? expected.row(x)[y] : work.row(x)[y];
@@ -382,11 +385,57 @@ TEST(ShockFilter, MovesTheRegionOfAMaskAloneAndFromWhereATargetStands) {
     expectRegionRules(simple, 0);
 }
 
+TEST(ShockFilter, TellsTheTermNoStepUnderAMask) {
+    const RealImage source = noiseRealPlane(6, 5, 1, 0.0, 40.0);
+    SampleImage mask(6, 5, 3);
+    mask.setSample(2, 2, 0, 1);
+    UpwardTerm term;
+
+    const auto result = ShockFilter(&term, 2, 0.5).applyMasked(mask, source, nullptr);
+
+    EXPECT_EQ(term.log, "");
+    RealImage expected(source);
+    expected.row(2)[2] += 0.5 * source.row(2)[1];
+    expected.row(2)[2] += 0.5 * source.row(2)[1];
+    EXPECT_TRUE(sameBits(*result, expected));
+}
+
 TEST(ShockFilter, IteratesTheFilterOnItsOwnResults) {
     const RealImage source = noiseRealPlane(9, 9, 1);
     SimpleShockFilter once(1, 0.2);
 
     EXPECT_TRUE(sameBits(*once.iterate(1, source, nullptr), *once.apply(source, nullptr)));
+}
+
+TEST(Quirk, MaskedShockSoftness) {
+    const RealImage source = noiseRealPlane(12, 10, 1);
+    SampleImage mask(12, 10, 3);
+    for (int x = 0; x < 12; ++x) {
+        for (int y = 0; y < 10; ++y) {
+            mask.setSample(x, y, 0, 1);
+        }
+    }
+    for (const int method : {2, 3}) {
+        const auto term = termOf(method, 0.2, 0.01);
+        ShockFilter filter(term.get(), 3, 0.2);
+        const auto steps = [&](int first, int increment) {
+            RealImage target(source);
+            RealImage work(source);
+            for (int i = 0; i < 3; ++i) {
+                plainShockStep(method, work, target, 0.2, 0.2, 0.01, first + i * increment,
+                               plainMinmod, [](int, int) { return true; });
+                work.assign(target);
+            }
+            return target;
+        };
+
+        EXPECT_TRUE(sameBits(*filter.applyMasked(mask, source, nullptr), steps(1, 0)));
+        EXPECT_EQ(term->iteration(), 1.0);
+
+        EXPECT_TRUE(sameBits(*filter.apply(source, nullptr), steps(1, 1)));
+        EXPECT_TRUE(sameBits(*filter.applyMasked(mask, source, nullptr), steps(3, 0)));
+        EXPECT_EQ(term->iteration(), 3.0);
+    }
 }
 
 TEST(Quirk, SimpleShockTarget) {
