@@ -12,11 +12,16 @@ inline double magnitudeOf(double v) {
 }
 
 // Both differences are formed, so that the choice is a blend and not a branch.
-inline double softened(double v, double threshold) {
+inline double softened(double v, double threshold, double floor) {
     const double below = v - threshold;
     const double above = v + threshold;
-    const double moved = v > 0.0 ? below : v < 0.0 ? above : v;
-    return magnitudeOf(v) > threshold ? moved : 0.0;
+    const double moved = v > 0.0 ? below : above;
+    return magnitudeOf(v) > floor ? moved : 0.0;
+}
+
+// The magnitude up to which softening gives 0: a threshold below 0 leaves zeros alone.
+inline double floorOf(double threshold) {
+    return threshold < 0.0 ? 0.0 : threshold;
 }
 
 void magnitudes(const double* from, double* to, std::size_t count) {
@@ -42,22 +47,24 @@ void divideAndMultiply(double* values, double divisor, std::size_t count) {
 }
 
 std::size_t shrink(double* values, double threshold, std::size_t count) {
+    const double floor = floorOf(threshold);
     std::size_t tossed = 0;
     ORV_LANE_LOOP
     for (std::size_t i = 0; i < count; ++i) {
         const double v = values[i];
-        values[i] = softened(v, threshold);
+        values[i] = softened(v, threshold, floor);
         tossed += magnitudeOf(v) > threshold ? 0U : 1U;
     }
     return tossed;
 }
 
 std::size_t shrinkScaled(double* values, double divisor, double threshold, std::size_t count) {
+    const double floor = floorOf(threshold);
     std::size_t tossed = 0;
     ORV_LANE_LOOP
     for (std::size_t i = 0; i < count; ++i) {
         const double v = values[i] / divisor;
-        values[i] = softened(v, threshold) * divisor;
+        values[i] = softened(v, threshold, floor) * divisor;
         tossed += magnitudeOf(v) > threshold ? 0U : 1U;
     }
     return tossed;

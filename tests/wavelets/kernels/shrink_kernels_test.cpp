@@ -67,11 +67,8 @@ bool sameOrNan(const std::vector<double>& a, const std::vector<double>& b) {
 }
 
 double plainSoftened(double v, double threshold) {
-    if (!(std::fabs(v) > threshold)) {
+    if (!(std::fabs(v) > threshold) || v == 0.0) {
         return 0.0;
-    }
-    if (v == 0.0) {
-        return v;
     }
     return v > 0.0 ? v - threshold : v + threshold;
 }
