@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 
+#include "wavelets/magnitude_bits.h"
 #include "wavelets/working_array.h"
 
 namespace orv {
@@ -25,15 +25,7 @@ constexpr std::size_t kChunk = 1024;
 
 /// The bits of |v|, which ascend with it.
 std::uint64_t magnitudeBits(double v) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &v, sizeof bits);
-    return bits & kMagnitudeBits;
-}
-
-double magnitudeOf(std::uint64_t bits) {
-    double magnitude = 0.0;
-    std::memcpy(&magnitude, &bits, sizeof magnitude);
-    return magnitude;
+    return bitsOf(v) & kMagnitudeBits;
 }
 
 std::uint64_t* bitsIn(const AlignedBlock& block) {

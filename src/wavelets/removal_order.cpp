@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "images/real_image.h"
+#include "wavelets/magnitude_bits.h"
 
 namespace orv {
 
@@ -14,12 +14,6 @@ namespace {
 constexpr int kShift = 46;
 constexpr std::size_t kBuckets = 2048;
 constexpr std::uint64_t kSpan = (kBuckets - 1) << kShift;
-
-std::uint64_t bitsOf(double magnitude) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &magnitude, sizeof bits);
-    return bits;
-}
 
 }  // namespace
 

@@ -4,10 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 
 #include "wavelets/kernels/shrink_kernels.h"
+#include "wavelets/magnitude_bits.h"
 #include "wavelets/working_array.h"
 
 namespace orv {
@@ -22,18 +22,6 @@ constexpr std::size_t kFewMagnitudes = 1024;
 constexpr std::uint64_t kOctaves = std::uint64_t{32} << 52;
 // Bounds of the risk stay finite for sums below this; one that is no number isn't below it.
 constexpr double kLargestSum = 1e280;
-
-std::uint64_t bitsOf(double magnitude) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &magnitude, sizeof bits);
-    return bits;
-}
-
-double magnitudeOf(std::uint64_t bits) {
-    double magnitude = 0.0;
-    std::memcpy(&magnitude, &bits, sizeof magnitude);
-    return magnitude;
-}
 
 /// The formula, in its order; `sum` holds s^2 already.
 double riskOf(double square, double n, double i, double sum) {
