@@ -64,6 +64,11 @@ void WaveletShrinkageOperator::printName(std::FILE* file) const {
     printTextTo(file, "Real Gradient Operator\n");
 }
 
+int WaveletShrinkageOperator::workingSide(int longer) {
+    const int power = orv::power2(orv::floorLog2(longer));
+    return longer == power ? longer : 2 * power;
+}
+
 int WaveletShrinkageOperator::levelLimit(int minSide) const {
     return orv::floorLog2(minSide) - orv::floorLog2(filterLength_);
 }
@@ -143,9 +148,9 @@ std::unique_ptr<RealImage> WaveletShrinkageOperator::apply(const RealImage& sour
     planeWidth_ = source.width();
     planeHeight_ = source.height();
     const int longer = std::max(planeWidth_, planeHeight_);
-    const int power = orv::power2(orv::floorLog2(longer));
-    int width = longer != power ? 2 * power : planeWidth_;
-    int height = longer != power ? 2 * power : planeHeight_;
+    const int side = workingSide(longer);
+    int width = side != longer ? side : planeWidth_;
+    int height = side != longer ? side : planeHeight_;
     minSide_ = std::min(width, height);
     limitLevels();
     if (verbose_ != 0) {
@@ -182,9 +187,7 @@ std::unique_ptr<RealImage> WaveletShrinkageOperator::mirrored(const RealImage& s
     if (levels_ < 1) {
         return source.clone();
     }
-    const int longer = std::max(planeWidth_, planeHeight_);
-    const int power = orv::power2(orv::floorLog2(longer));
-    const int longSide = longer != power ? 2 * power : longer;
+    const int longSide = workingSide(std::max(planeWidth_, planeHeight_));
     const int shortSide = roundedUp(minSide_, orv::power2(levels_));
     const bool wide = planeWidth_ >= planeHeight_;
     std::unique_ptr<BandPyramid> pyramid;

@@ -82,6 +82,9 @@ class WaveletShrinkageOperator : public RealOperator {
     void brownianSheet(RealImage& plane, int bandHeight, int bandWidth) const;
     int compareMagnitudes(const double* a, const double* b) const;
 
+    /// Side of the square of zeros in which a plane stands whose longer side is `longer`: the
+    /// next power of two above it, or `longer` itself when it is one and the plane is not padded.
+    static int workingSide(int longer);
     /// Most levels that planes of a shorter side of `minSide` allow with this wavelet:
     /// floorLog2(minSide) - floorLog2(its longest filter). Below 1 none is possible.
     int levelLimit(int minSide) const;

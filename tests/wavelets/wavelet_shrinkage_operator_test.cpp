@@ -170,6 +170,13 @@ TEST(WaveletShrinkageOperator, PadsOnlyWhereTheLongerSideIsNoPowerOfTwo) {
     }
 }
 
+TEST(WaveletShrinkageOperator, PadsToTheNextPowerOfTwo) {
+    EXPECT_EQ(WaveletShrinkageOperator::workingSide(1), 1);
+    EXPECT_EQ(WaveletShrinkageOperator::workingSide(3), 4);
+    EXPECT_EQ(WaveletShrinkageOperator::workingSide(512), 512);
+    EXPECT_EQ(WaveletShrinkageOperator::workingSide(513), 1024);
+}
+
 TEST(WaveletShrinkageOperator, LimitsTheLevelsByTheLongestFilter) {
     EXPECT_EQ(WaveletShrinkageOperator(0, -1, 4).levelLimit(256), 5);
     EXPECT_EQ(WaveletShrinkageOperator(0, -1, 1).levelLimit(256), 7);

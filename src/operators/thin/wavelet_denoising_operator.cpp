@@ -49,9 +49,9 @@ std::unique_ptr<RealImage> WaveletDenoisingOperator::runPlaneMirrored(const Real
 int WaveletDenoisingOperator::levelLimit(int width, int height, bool mirrored) const {
     const WaveletShrinkageOperator shrinkage(algorithm_, levels_, wavelet_);
     const int longer = std::max(width, height);
-    const int power = shrinkage.power2(shrinkage.floorLog2(longer));
-    const bool padded = !mirrored && longer != power;
-    return shrinkage.levelLimit(padded ? 2 * power : std::min(width, height));
+    const int side = WaveletShrinkageOperator::workingSide(longer);
+    const bool padded = !mirrored && side != longer;
+    return shrinkage.levelLimit(padded ? side : std::min(width, height));
 }
 
 }  // namespace orv
