@@ -185,6 +185,35 @@ TEST(ShockFilter, TheSignIsRightWhereTheQuotientUnderflowsOrIsNoNumber) {
     }
 }
 
+TEST(ShockFilter, OneOddSampleGivesWhatTheFormulasGive) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const double values[] = {inf, -inf, std::nan(""), 1.7e308, -1.7e308, 1e160, -5e-324, -0.0};
+    Noise noise(6);
+    for (int turn = 0; turn < 400; ++turn) {
+        // Flat, so that slopes cancel out, or rough.
+        RealImage source = turn % 2 == 0 ? RealImage(5, 7, 90.0)
+                                         : noiseRealPlane(5, 7, static_cast<unsigned>(turn));
+        for (int odd = 0; odd < 1 + turn % 3; ++odd) {
+            source.row(noise.integer(0, 4))[noise.integer(0, 6)] = values[noise.integer(0, 7)];
+        }
+        for (int method = 0; method < 4; ++method) {
+            const RealImage expected = plainShock(method, source, 2, 0.5);
+            for (const KernelTarget target : kTargets) {
+                limitKernelTarget(target);
+                const auto term = termOf(method);
+                const auto result = ShockFilter(term.get(), 2, 0.5).apply(source, nullptr);
+                for (std::size_t i = 0; i < source.sampleCount(); ++i) {
+                    const double e = expected.data()[i];
+                    const double r = result->data()[i];
+                    ASSERT_TRUE(e == r || (std::isnan(e) && std::isnan(r)))
+                        << e << " " << r << ", method " << method << ", " << nameOf(target);
+                }
+            }
+        }
+    }
+    limitKernelTarget(KernelTarget::Avx512);
+}
+
 TEST(ShockFilter, TheSignOfAQuotientThatUnderflowsIsZero) {
     // The numerator of eta is 1e-320, over a squared gradient of 1e4 it is 0.
     RealImage source(3, 3);
