@@ -242,7 +242,7 @@ ORV_EXPORT void* ORVRetinex(void* image, double gamma, double alpha, double beta
  * method:            0 sign, 1 sign with diffusion across the gradient, 2 arctangent, which hardens
  *                    with the iterations, 3 arctangent with diffusion; any other number is 0
  * iterations:        time steps; below 1 gives a copy of the source
- * timeStep:          length of a step; stable up to about 0.5
+ * timeStep:          length of a step; from about 0.7 on results flicker
  *
  * Results are limited to 0 to 255; the outermost pixels stay.
  *
