@@ -3,6 +3,8 @@
  * A host turns a 24-bit bitmap into an opaque image handle, calls one restoration on the
  * handle, receives a new handle with the result, reads its pixels and destroys both:
  *
+ *     #include <string.h>
+ *
  *     void* photo = ConvertORVImage(&header, pixels);
  *     void* result = ORVFastRestoration(photo, "AOS", 0, 1, 2.0, 5, 0.7, 10.0, "PM", 0, 0);
  *     if (result != NULL) {
@@ -79,8 +81,8 @@ typedef struct tagBITMAPINFOHEADER {
 extern "C" {
 #endif
 
-/* Receives progress in the scale 0 to 100. Values may jump, repeat and pass 100. It must not
- * call the library. */
+/* Receives progress in the scale 0 to 100. Values may jump, repeat, fall, pass 100 or end before
+ * it: the return of the call is the end. It must not call the library. */
 typedef void(ORV_CALLBACK* ORVCallBack)(int percent);
 
 /* Installs a progress callback and sets the reporting range to 0 to 100; null turns reporting
@@ -218,7 +220,7 @@ ORV_EXPORT void* ORVIFVanVieltBlurringIirOp(void* image, double sigma);
  *
  * A sample of 0 has no logarithm: a channel that holds one comes back all 0. Results are not
  * clamped: a sample that leaves 0 to 255, as logarithms below 0 do, keeps its low byte. Mode 8
- * reports progress; the lower end of the range is not added.
+ * reports progress, each channel from 0 on, so that the values end at a third of the range.
  *
  * Returns a new handle with the size of the source, or null when image is null, or the width or the
  * height is below 3. */

@@ -65,19 +65,33 @@ constexpr std::array<std::string_view, 3> kLiterature{
     "change-point applications, 1996",
 };
 
-std::string levelsRefusal(int levels, int most, std::string_view wavelet,
+/// The shortest side of a square that the wavelet can halve once, a power of two.
+int shortestSide(const WaveletDenoisingOperator& op) {
+    int side = 1;
+    while (op.levelLimit(side, side, /*mirrored=*/true) < 1) {
+        side *= 2;
+    }
+    return side;
+}
+
+std::string sizeText(int width, int height) {
+    return std::to_string(width) + " x " + std::to_string(height);
+}
+
+std::string levelsRefusal(int levels, int most, int shortest, std::string_view wavelet,
                           const FloatImage& plane) {
-    const std::string size =
-        std::to_string(plane.width()) + " x " + std::to_string(plane.height()) + " pixels";
+    const std::string size = sizeText(plane.width(), plane.height());
     if (most < 1) {
-        return "--wavelet: " + std::string(wavelet) + " is too long for " + size;
+        return "--wavelet: " + std::string(wavelet) + " takes at least " +
+               sizeText(shortest, shortest) + " pixels, this picture has " + size +
+               "; haar takes the smallest, 4 x 4";
     }
     if (levels <= most) {
         return {};
     }
     const std::string range = most == 1 ? "1 alone" : "1 to " + std::to_string(most);
     return "--levels: " + std::to_string(levels) + " is too many for " + size +
-           " and the wavelet " + std::string(wavelet) + ", which allow " + range;
+           " pixels and the wavelet " + std::string(wavelet) + ", which allow " + range;
 }
 
 /// One plane after another, so that the doubles of one alone are held.
@@ -106,7 +120,7 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
         refusal = levelsRefusal(arguments.integer("levels"),
                                 op.levelLimit(plane.width(), plane.height(),
                                               arguments.integer("extend") == kMirror),
-                                arguments.choiceName("wavelet"), plane);
+                                shortestSide(op), arguments.choiceName("wavelet"), plane);
     }
     if (!refusal.empty()) {
         return failure(std::move(refusal));

@@ -132,9 +132,11 @@ TEST(WaveletMethod, RefusesLevelsThatThePictureDoesNotAllow) {
               "--levels: 2 is too many for 40 x 31 pixels and the wavelet 9/7, which allow 1 "
               "alone");
     EXPECT_EQ(errorOf(40, 15, argumentsOf({})),
-              "--wavelet: 9/7 is too long for 40 x 15 pixels");
+              "--wavelet: 9/7 takes at least 16 x 16 pixels, this picture has 40 x 15; haar "
+              "takes the smallest, 4 x 4");
     EXPECT_EQ(errorOf(3, 1, argumentsOf({{"wavelet", "haar"}})),
-              "--wavelet: haar is too long for 3 x 1 pixels");
+              "--wavelet: haar takes at least 4 x 4 pixels, this picture has 3 x 1; haar takes "
+              "the smallest, 4 x 4");
     EXPECT_EQ(errorOf(40, 33, argumentsOf({{"levels", "2"}})), "");
     EXPECT_EQ(errorOf(40, 15, argumentsOf({{"extend", "zero"}, {"levels", "3"}})), "");
     EXPECT_EQ(errorOf(4, 4, argumentsOf({{"wavelet", "haar"}})), "");
