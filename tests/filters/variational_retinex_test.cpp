@@ -10,15 +10,18 @@
 #include "base/elementary.h"
 #include "exports/work_window.h"
 #include "images/real_image.h"
+#include "support/kernel_targets.h"
 #include "support/plain_retinex.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::noiseRealPlane;
 using test::PlainRetinex;
 using test::sameBits;
+using test::TargetLimit;
 
 /// A dark gradient with noise, samples above 0 and up to 1.
 RealImage dusk(int width, int height, unsigned seed) {
@@ -36,9 +39,8 @@ RealImage dusk(int width, int height, unsigned seed) {
 TEST(VariationalRetinex, IsItsFormulasBitForBit) {
     const int sizes[][2] = {{1, 1},   {2, 2},   {3, 2},   {2, 7},  {5, 5},   {9, 4},
                             {16, 16}, {17, 23}, {31, 64}, {64, 9}, {101, 50}};
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-        limitKernelTarget(target);
+    for (const KernelTarget target : availableTargets()) {
+        const TargetLimit limit(target);
         for (const auto& size : sizes) {
             const RealImage plane = dusk(size[0], size[1], 3);
             const int most = VariationalRetinex::mostLevels(size[0], size[1]);
@@ -54,7 +56,6 @@ TEST(VariationalRetinex, IsItsFormulasBitForBit) {
             }
         }
     }
-    limitKernelTarget(KernelTarget::Avx512);
 }
 
 TEST(VariationalRetinex, KeepsToItsFormulasForStrangeWeights) {

@@ -10,14 +10,17 @@
 
 #include "base/cpu_features.h"
 #include "images/curvature_plain.h"
+#include "support/kernel_targets.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::noiseRealPlane;
 using test::noiseRealPlanes;
 using test::sameBits;
+using test::TargetLimit;
 
 constexpr std::array<CurvatureFlow, 3> kFlows = {
     CurvatureFlow::Beltrami, CurvatureFlow::PeronaMalik, CurvatureFlow::MeanCurvature};
@@ -49,19 +52,14 @@ std::string textOf(Run run) {
 /// Runs `body` with every kernel target and size.
 template <class Body>
 void onEveryTarget(Body body) {
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-        if (!isAvailable(target)) {
-            continue;
-        }
-        limitKernelTarget(target);
+    for (const KernelTarget target : availableTargets()) {
+        const TargetLimit limit(target);
         for (const auto& [width, height] : kSizes) {
             SCOPED_TRACE(testing::Message()
                          << nameOf(target) << ", " << width << " x " << height);
             body(width, height);
         }
     }
-    limitKernelTarget(KernelTarget::Avx512);
 }
 
 TEST(CurvatureFlow, EveryFlowHasTheBitsOfItsFormula) {

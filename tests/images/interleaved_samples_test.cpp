@@ -10,13 +10,16 @@
 #include <vector>
 
 #include "base/cpu_features.h"
+#include "support/kernel_targets.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::Noise;
 using test::sameBits;
+using test::TargetLimit;
 
 constexpr std::array<std::pair<int, int>, 5> kSizes = {
     {{1, 1}, {63, 65}, {200, 3}, {3, 200}, {130, 66}}};
@@ -24,12 +27,8 @@ constexpr std::array<std::pair<int, int>, 5> kSizes = {
 /// Runs body(width, height, channels, rowStride) on every target, size and channel count.
 template <class Body>
 void onEveryTarget(Body body) {
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-        if (!isAvailable(target)) {
-            continue;
-        }
-        limitKernelTarget(target);
+    for (const KernelTarget target : availableTargets()) {
+        const TargetLimit limit(target);
         for (const auto& [width, height] : kSizes) {
             for (const int channels : {1, 2, 3, 4}) {
                 SCOPED_TRACE(testing::Message() << nameOf(target) << ", " << width << " x "
@@ -39,7 +38,6 @@ void onEveryTarget(Body body) {
             }
         }
     }
-    limitKernelTarget(KernelTarget::Avx512);
 }
 
 template <class Sample>

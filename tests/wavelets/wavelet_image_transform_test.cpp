@@ -8,13 +8,16 @@
 
 #include "base/cpu_features.h"
 #include "images/real_image.h"
+#include "support/kernel_targets.h"
 #include "support/wavelet_support.h"
 #include "wavelets/wavelet_transform.h"
 
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::sameBits;
+using test::TargetLimit;
 using test::WaveletBanks;
 
 struct Case {
@@ -28,22 +31,9 @@ constexpr Case kCases[] = {{2, 2, 1},   {2, 6, 1},   {4, 4, 2},    {6, 10, 1},  
                            {50, 64, 1}, {64, 48, 4}, {64, 64, 6},  {96, 32, 5}, {34, 62, 1},
                            {512, 4, 2}, {4, 512, 2}, {128, 320, 5}};
 
-/// Lifts the limit on kernels when a test ends.
-class TargetLimit {
-  public:
-    explicit TargetLimit(KernelTarget highest) { limitKernelTarget(highest); }
-    ~TargetLimit() { limitKernelTarget(KernelTarget::Avx512); }
-    TargetLimit(const TargetLimit&) = delete;
-    TargetLimit& operator=(const TargetLimit&) = delete;
-};
-
 template <class Check>
 void forEachCase(Check check) {
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-        if (!isAvailable(target)) {
-            continue;
-        }
+    for (const KernelTarget target : availableTargets()) {
         const TargetLimit limit(target);
         for (const Case& size : kCases) {
             for (int wavelet = 0; wavelet < kWaveletCount; ++wavelet) {

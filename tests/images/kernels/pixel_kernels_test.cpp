@@ -13,14 +13,17 @@
 #include "images/float_image3.h"
 #include "images/image_support.h"
 #include "images/real_image3.h"
+#include "support/kernel_targets.h"
 
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::Noise;
 using test::noiseImage;
 using test::rgbAt;
 using test::sameBits;
+using test::TargetLimit;
 
 constexpr std::array<std::pair<int, int>, 9> kSizes = {
     {{1, 1}, {63, 65}, {200, 3}, {3, 200}, {64, 64}, {65, 1}, {1, 129}, {130, 127}, {31, 33}}};
@@ -28,19 +31,14 @@ constexpr std::array<std::pair<int, int>, 9> kSizes = {
 /// Runs `body` once per kernel target of this machine and lifts the limit again.
 template <class Body>
 void onEveryTarget(Body body) {
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-        if (!isAvailable(target)) {
-            continue;
-        }
-        limitKernelTarget(target);
+    for (const KernelTarget target : availableTargets()) {
+        const TargetLimit limit(target);
         for (const auto& [width, height] : kSizes) {
             SCOPED_TRACE(testing::Message()
                          << nameOf(target) << ", " << width << " x " << height);
             body(width, height);
         }
     }
-    limitKernelTarget(KernelTarget::Avx512);
 }
 
 /// Samples at and around every border of the conversion to a low byte.
@@ -114,12 +112,8 @@ TEST(PixelKernels, EveryLuminanceEqualsTheIntegerFormula) {
                 image.setRgb(x, y, x, y, blue);
             }
         }
-        for (const KernelTarget target :
-             {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-            if (!isAvailable(target)) {
-                continue;
-            }
-            limitKernelTarget(target);
+        for (const KernelTarget target : availableTargets()) {
+            const TargetLimit limit(target);
             const FloatImage plane(image);
             bool equal = true;
             for (int x = 0; x < 256; ++x) {
@@ -130,7 +124,6 @@ TEST(PixelKernels, EveryLuminanceEqualsTheIntegerFormula) {
             EXPECT_TRUE(equal) << nameOf(target) << ", " << blue;
         }
     }
-    limitKernelTarget(KernelTarget::Avx512);
 }
 
 TEST(PixelKernels, BytesWrittenFromFloatsEqualTheAccessors) {

@@ -10,15 +10,18 @@
 
 #include "base/cpu_features.h"
 #include "base/elementary.h"
+#include "support/kernel_targets.h"
 #include "support/plain_colour.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::noiseRealPlane;
 using test::PlainColour;
 using test::sameBits;
+using test::TargetLimit;
 
 RealImage3 brightPlanes(int width, int height, unsigned seed) {
     RealImage3 planes(width, height);
@@ -195,12 +198,6 @@ TEST(ColorSpaceChain, GivesTheBitsOfThePlainFormulas) {
     }
 }
 
-class TargetLimit {
-  public:
-    explicit TargetLimit(KernelTarget target) { limitKernelTarget(target); }
-    ~TargetLimit() { limitKernelTarget(KernelTarget::Avx512); }
-};
-
 void expectSame(double a, double b) {
     EXPECT_TRUE(a == b || (std::isnan(a) && std::isnan(b))) << a << ", " << b;
 }
@@ -212,8 +209,7 @@ TEST(ColorSpaceChain, GivesThePlainFormulasOfExtremeSamplesOnEveryKernelTarget) 
                                600.0, -600.0,  -1000.0,   1000.0,     180.0,       -185.0,
                                531.0, -533.49, kInfinity, -kInfinity, std::nan("")};
     const ColorSpaceChain chain;
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+    for (const KernelTarget target : availableTargets()) {
         const TargetLimit limit(target);
         for (const double extreme : extremes) {
             RealImage3 planes = brightPlanes(3, 15, 5);
@@ -241,8 +237,7 @@ TEST(ColorSpaceChain, GivesThePlainFormulasOfExtremeSamplesOnEveryKernelTarget) 
 
 TEST(LogLmsToLabTransform, LetsPowersLeaveTheRangeOfNumbersOnEveryKernelTarget) {
     const LogLmsToLabTransform transform;
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+    for (const KernelTarget target : availableTargets()) {
         const TargetLimit limit(target);
         for (const double light : {533.0, 534.5, 540.0, -532.9, -534.5, -570.0}) {
             RealImage3 planes(2, 5);

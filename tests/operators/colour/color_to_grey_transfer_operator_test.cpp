@@ -12,6 +12,7 @@
 #include "base/runtime_random.h"
 #include "exports/progress_window.h"
 #include "images/rgb_discrete_image.h"
+#include "support/kernel_targets.h"
 #include "support/photo_bytes.h"
 #include "support/photo_crops.h"
 #include "support/plain_colour.h"
@@ -22,12 +23,14 @@
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::noiseRealPlanes;
 using test::photoImage;
 using test::PlainColour;
 using test::sameBits;
 using test::sameSamples;
 using test::SampleImage;
+using test::TargetLimit;
 
 ColorToGreyTransferOperator colouringOperator(int swatchSize = 5) {
     return ColorToGreyTransferOperator(std::make_unique<ColorSpaceChain>(), swatchSize);
@@ -80,15 +83,8 @@ void expectPlain(const RealImage3& colour, const RealImage3& grey, int swatchSiz
     EXPECT_TRUE(sameBits(*result, expected)) << grey.width() << " x " << grey.height();
 }
 
-class TargetLimit {
-  public:
-    explicit TargetLimit(KernelTarget target) { limitKernelTarget(target); }
-    ~TargetLimit() { limitKernelTarget(KernelTarget::Avx512); }
-};
-
 TEST(ColorToGreyTransferOperator, AgreesWithThePlainFormulasOnEveryKernelTarget) {
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+    for (const KernelTarget target : availableTargets()) {
         const TargetLimit limit(target);
         for (int side = 1; side < 20; ++side) {
             expectPlain(patchyPlanes(17, 29, 7), patchyPlanes(side, 20 - side, 3));
@@ -125,9 +121,8 @@ TEST(ColorToGreyTransferOperator, GivesTheSameBitsOnEveryKernelTarget) {
     const auto colour = cropImage("coffee");
     const RealImage3 grey(*cropImage("chelsea"));
     std::unique_ptr<RealImage3> expected;
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-        limitKernelTarget(target);
+    for (const KernelTarget target : availableTargets()) {
+        const TargetLimit limit(target);
         seedRuntimeRandom(1);
         ColorToGreyTransferOperator op = colouringOperator();
         op.learnSwatches(*colour);
@@ -140,7 +135,6 @@ TEST(ColorToGreyTransferOperator, GivesTheSameBitsOnEveryKernelTarget) {
             EXPECT_TRUE(sameBits(*result, *expected)) << nameOf(target);
         }
     }
-    limitKernelTarget(KernelTarget::Avx512);
 }
 
 TEST(ColorToGreyTransferOperator, WritesTruncatedSamplesToANewColourImage) {
@@ -265,11 +259,7 @@ TEST(ColorToGreyTransferOperator, GivesAWindowWithABlackPixelNoScore) {
     RealImage light(9, 20, -0.5);
     light.row(4)[10] = -std::numeric_limits<double>::infinity();
     std::vector<double> scores(20);
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
-        if (!isAvailable(target)) {
-            continue;
-        }
+    for (const KernelTarget target : availableTargets()) {
         colourKernels(target).windowScores({light.data(), 9, 20, /*x=*/4, /*half=*/3},
                                            scores.data());
 

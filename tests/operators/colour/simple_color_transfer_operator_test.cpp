@@ -13,6 +13,7 @@
 #include "exports/progress_window.h"
 #include "exports/work_window.h"
 #include "images/rgb_discrete_image.h"
+#include "support/kernel_targets.h"
 #include "support/photo_bytes.h"
 #include "support/photo_crops.h"
 #include "support/plain_colour.h"
@@ -23,6 +24,7 @@
 namespace orv {
 namespace {
 
+using test::availableTargets;
 using test::noiseRealPlanes;
 using test::photoCrop;
 using test::photoImage;
@@ -31,6 +33,7 @@ using test::ProgressRange;
 using test::sameBits;
 using test::sameSamples;
 using test::SampleImage;
+using test::TargetLimit;
 
 SimpleColorTransferOperator transferOperator() {
     return SimpleColorTransferOperator(std::make_unique<ColorSpaceChain>());
@@ -63,12 +66,6 @@ void ORV_PROGRESS_CALL recordReport(int value) {
     reports().push_back(value);
 }
 
-class TargetLimit {
-  public:
-    explicit TargetLimit(KernelTarget target) { limitKernelTarget(target); }
-    ~TargetLimit() { limitKernelTarget(KernelTarget::Avx512); }
-};
-
 void expectPlain(int width, int height) {
     const RealImage3 source = noiseRealPlanes(width, height, 11);
     RealImage3 style = noiseRealPlanes(height + 3, width, 29);
@@ -83,8 +80,7 @@ void expectPlain(int width, int height) {
 }
 
 TEST(SimpleColorTransferOperator, AgreesWithThePlainFormulasOnEveryKernelTarget) {
-    for (const KernelTarget target :
-         {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
+    for (const KernelTarget target : availableTargets()) {
         const TargetLimit limit(target);
         for (const auto& [width, height] :
              {std::pair(1, 1), {1, 7}, {2, 5}, {3, 3}, {11, 13}, {31, 33}, {67, 129}}) {
