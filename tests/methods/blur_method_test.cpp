@@ -10,6 +10,7 @@
 
 #include "methods/method_catalogue.h"
 #include "operators/thin/van_vliet_blur_operator.h"
+#include "support/method_planes.h"
 #include "support/photo_bytes.h"
 #include "support/plane_support.h"
 
@@ -20,20 +21,11 @@ using test::noisePlane;
 using test::sameBits;
 
 Planes noisyPlanes(int width, int height, int count) {
-    Planes planes;
-    for (int c = 0; c < count; ++c) {
-        planes.push_back(
-            noisePlane(width, height, static_cast<unsigned>(c), -40.0, 300.0).clone());
-    }
-    return planes;
+    return test::noisyPlanes(width, height, count, -40.0, 300.0);
 }
 
 Arguments argumentsOf(std::initializer_list<std::pair<const char*, const char*>> values) {
-    Arguments arguments(kBlurMethod.parameters);
-    for (const auto& [name, value] : values) {
-        EXPECT_EQ(arguments.set(name, value), "");
-    }
-    return arguments;
+    return test::argumentsOf(kBlurMethod, values);
 }
 
 FloatImage expectedOf(const FloatImage& plane, double sigma) {

@@ -10,33 +10,15 @@
 #include "images/rgb_discrete_image.h"
 #include "methods/plane_run.h"
 #include "operators/colour/color_to_grey_transfer_operator.h"
+#include "support/method_planes.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
-using test::noisePlane;
+using test::bytePlanes;
+using test::imageOf;
 using test::sameBits;
-
-Planes bytePlanes(int width, int height, int count, unsigned seed, double from = 0.0) {
-    Planes planes;
-    for (int c = 0; c < count; ++c) {
-        planes.push_back(
-            noisePlane(width, height, seed + static_cast<unsigned>(c), from).clone());
-        for (std::size_t i = 0; i < planes.back()->sampleCount(); ++i) {
-            planes.back()->data()[i] = std::floor(planes.back()->data()[i]);
-        }
-    }
-    return planes;
-}
-
-std::unique_ptr<RgbDiscreteImage> imageOf(const Planes& planes) {
-    auto image = std::make_unique<RgbDiscreteImage>(planes[0]->width(), planes[0]->height());
-    for (int c = 0; c < 3; ++c) {
-        image->setChannelFromFloat(*planes[static_cast<std::size_t>(c) % planes.size()], c + 1);
-    }
-    return image;
-}
 
 MethodResult run(Planes grey, Planes colour,
                  std::initializer_list<std::pair<const char*, const char*>> values = {},

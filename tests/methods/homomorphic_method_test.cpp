@@ -10,6 +10,7 @@
 #include "base/rounding.h"
 #include "methods/method_catalogue.h"
 #include "operators/thin/homomorphic_operator.h"
+#include "support/method_planes.h"
 #include "support/plane_support.h"
 
 namespace orv {
@@ -19,12 +20,7 @@ using test::noisePlane;
 using test::sameBits;
 
 Planes noisyPlanes(int width, int height, int count, double from = 1.0) {
-    Planes planes;
-    for (int c = 0; c < count; ++c) {
-        planes.push_back(
-            noisePlane(width, height, static_cast<unsigned>(c), from, 255.0).clone());
-    }
-    return planes;
+    return test::noisyPlanes(width, height, count, from, 255.0);
 }
 
 int reflected(int i, int n) {

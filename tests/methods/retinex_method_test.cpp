@@ -10,22 +10,14 @@
 #include "base/rounding.h"
 #include "methods/method_catalogue.h"
 #include "operators/thin/retinex_operator.h"
+#include "support/method_planes.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
-using test::noisePlane;
+using test::noisyPlanes;
 using test::sameBits;
-
-Planes noisyPlanes(int width, int height, int count) {
-    Planes planes;
-    for (int c = 0; c < count; ++c) {
-        planes.push_back(
-            noisePlane(width, height, static_cast<unsigned>(c), -0.5, 255.9).clone());
-    }
-    return planes;
-}
 
 RealImage3 realPlanes(const Planes& planes) {
     RealImage3 image(planes[0]->width(), planes[0]->height());
@@ -39,11 +31,7 @@ RealImage3 realPlanes(const Planes& planes) {
 }
 
 Arguments argumentsOf(std::initializer_list<std::pair<const char*, const char*>> values) {
-    Arguments arguments(kRetinexMethod.parameters);
-    for (const auto& [name, value] : values) {
-        EXPECT_EQ(arguments.set(name, value), "");
-    }
-    return arguments;
+    return test::argumentsOf(kRetinexMethod, values);
 }
 
 void expectClamped(const RealImage& unclamped, const FloatImage& result) {

@@ -7,20 +7,16 @@
 
 #include "methods/method_catalogue.h"
 #include "operators/susan_restoration_operator.h"
+#include "support/method_planes.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
-using test::noisePlane;
 using test::sameBits;
 
 Planes noisyPlanes(int count) {
-    Planes planes;
-    for (int c = 0; c < count; ++c) {
-        planes.push_back(noisePlane(23, 19, static_cast<unsigned>(c), -0.5, 255.9).clone());
-    }
-    return planes;
+    return test::noisyPlanes(23, 19, count);
 }
 
 Arguments someArguments() {

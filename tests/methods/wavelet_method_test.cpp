@@ -13,23 +13,15 @@
 #include "images/rgb_discrete_image.h"
 #include "methods/method_catalogue.h"
 #include "operators/thin/wavelet_denoising_operator.h"
+#include "support/method_planes.h"
 #include "support/photo_crops.h"
 #include "support/plane_support.h"
 
 namespace orv {
 namespace {
 
-using test::noisePlane;
+using test::noisyPlanes;
 using test::sameBits;
-
-Planes noisyPlanes(int width, int height, int count) {
-    Planes planes;
-    for (int c = 0; c < count; ++c) {
-        planes.push_back(
-            noisePlane(width, height, static_cast<unsigned>(c), -0.5, 255.9).clone());
-    }
-    return planes;
-}
 
 RealImage realPlane(const FloatImage& plane) {
     RealImage real(plane.width(), plane.height());
@@ -40,11 +32,7 @@ RealImage realPlane(const FloatImage& plane) {
 }
 
 Arguments argumentsOf(std::initializer_list<std::pair<const char*, const char*>> values) {
-    Arguments arguments(kWaveletMethod.parameters);
-    for (const auto& [name, value] : values) {
-        EXPECT_EQ(arguments.set(name, value), "");
-    }
-    return arguments;
+    return test::argumentsOf(kWaveletMethod, values);
 }
 
 FloatImage clamped(const RealImage& plane) {
