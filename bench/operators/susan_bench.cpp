@@ -10,7 +10,7 @@
 #include "base/cpu_features.h"
 #include "images/float_image3.h"
 #include "images/rgb_discrete_image.h"
-#include "operators/susan_restoration_operator.h"
+#include "operators/susan/susan_restoration_operator.h"
 #include "support/pictures.h"
 #include "support/ratios.h"
 

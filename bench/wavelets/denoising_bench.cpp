@@ -15,9 +15,9 @@
 #include "operators/thin/wavelet_denoising_operator.h"
 #include "support/pictures.h"
 #include "support/ratios.h"
-#include "wavelets/brownian_shrink.h"
 #include "wavelets/plain_denoising.h"
-#include "wavelets/sure_shrink.h"
+#include "wavelets/shrinkage/brownian_shrink.h"
+#include "wavelets/shrinkage/sure_shrink.h"
 #include "wavelets/wavelet_shrinkage_operator.h"
 
 #if defined(ORV_BENCH_GSL)

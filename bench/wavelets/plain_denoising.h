@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "images/real_image.h"
-#include "wavelets/wavelet_filter_banks.h"
-#include "wavelets/wavelet_transform.h"
+#include "wavelets/transform/wavelet_filter_banks.h"
+#include "wavelets/transform/wavelet_transform.h"
 
 // Wavelet denoising as a textbook has it: each line gathered, transformed and stored back, the
 // whole padded plane, full sorts. What the engine is measured against.

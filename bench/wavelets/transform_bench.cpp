@@ -9,9 +9,9 @@
 #include "images/real_image.h"
 #include "support/pictures.h"
 #include "support/ratios.h"
-#include "wavelets/band_pyramid.h"
-#include "wavelets/wavelet_filter_banks.h"
-#include "wavelets/wavelet_transform.h"
+#include "wavelets/transform/band_pyramid.h"
+#include "wavelets/transform/wavelet_filter_banks.h"
+#include "wavelets/transform/wavelet_transform.h"
 
 #if defined(ORV_BENCH_GSL)
 #include <gsl/gsl_wavelet.h>

@@ -1,6 +1,6 @@
 #include "exports/call_frame.h"
 #include "operators/shock/shock_operator.h"
-#include "operators/susan_restoration_operator.h"
+#include "operators/susan/susan_restoration_operator.h"
 #include "operators/thin/homomorphic_operator.h"
 #include "operators/thin/retinex_operator.h"
 #include "operators/thin/van_vliet_blur_operator.h"

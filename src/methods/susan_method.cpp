@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "methods/plane_run.h"
-#include "operators/susan_restoration_operator.h"
+#include "operators/susan/susan_restoration_operator.h"
 
 namespace orv {
 

@@ -7,14 +7,14 @@
 #include "base/text_output.h"
 #include "exports/work_window.h"
 #include "images/real_image.h"
-#include "wavelets/band_pyramid.h"
-#include "wavelets/brownian_shrink.h"
-#include "wavelets/coefficient_bands.h"
 #include "wavelets/mirror_extension.h"
-#include "wavelets/sure_shrink.h"
-#include "wavelets/visu_shrink.h"
-#include "wavelets/wavelet_filter_banks.h"
-#include "wavelets/wavelet_transform.h"
+#include "wavelets/shrinkage/brownian_shrink.h"
+#include "wavelets/shrinkage/coefficient_bands.h"
+#include "wavelets/shrinkage/sure_shrink.h"
+#include "wavelets/shrinkage/visu_shrink.h"
+#include "wavelets/transform/band_pyramid.h"
+#include "wavelets/transform/wavelet_filter_banks.h"
+#include "wavelets/transform/wavelet_transform.h"
 
 namespace orv {
 

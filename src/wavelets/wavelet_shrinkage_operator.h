@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "schemes/plane_operators/real_operator.h"
-#include "wavelets/wavelet_filter.h"
+#include "wavelets/transform/wavelet_filter.h"
 
 namespace orv {
 

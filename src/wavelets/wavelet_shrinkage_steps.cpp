@@ -2,16 +2,16 @@
 #include <memory>
 
 #include "images/real_image.h"
-#include "wavelets/brownian_shrink.h"
-#include "wavelets/brownian_threshold.h"
-#include "wavelets/shrink_band.h"
-#include "wavelets/sure_shrink.h"
-#include "wavelets/sure_threshold.h"
-#include "wavelets/visu_shrink.h"
-#include "wavelets/wavelet_bands.h"
-#include "wavelets/wavelet_noise.h"
+#include "wavelets/shrinkage/brownian_shrink.h"
+#include "wavelets/shrinkage/brownian_threshold.h"
+#include "wavelets/shrinkage/shrink_band.h"
+#include "wavelets/shrinkage/sure_shrink.h"
+#include "wavelets/shrinkage/sure_threshold.h"
+#include "wavelets/shrinkage/visu_shrink.h"
+#include "wavelets/shrinkage/wavelet_noise.h"
+#include "wavelets/transform/wavelet_bands.h"
+#include "wavelets/transform/wavelet_transform.h"
 #include "wavelets/wavelet_shrinkage_operator.h"
-#include "wavelets/wavelet_transform.h"
 
 namespace orv {
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "methods/method_catalogue.h"
-#include "operators/susan_restoration_operator.h"
+#include "operators/susan/susan_restoration_operator.h"
 #include "support/method_planes.h"
 #include "support/plane_support.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "images/real_image.h"
-#include "wavelets/wavelet_filter_banks.h"
+#include "wavelets/transform/wavelet_filter_banks.h"
 
 namespace orv::test {
 

@@ -15,8 +15,8 @@
 #include "support/plain_shrinkage.h"
 #include "support/plane_support.h"
 #include "wavelets/mirror_extension.h"
-#include "wavelets/wavelet_filter_banks.h"
-#include "wavelets/wavelet_transform.h"
+#include "wavelets/transform/wavelet_filter_banks.h"
+#include "wavelets/transform/wavelet_transform.h"
 
 namespace orv {
 namespace {

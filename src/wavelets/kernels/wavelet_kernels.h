@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "base/kernel_target.h"
-#include "wavelets/wavelet_filter.h"
+#include "wavelets/transform/wavelet_filter.h"
 
 namespace orv {
 
