@@ -30,7 +30,7 @@ void each(const double* x, double* y, std::size_t n, Function function) {
 
 struct Case {
     const char* name;
-    Loop library;
+    Loop platform;
     void (*own)(const ElementaryKernels& kernels, const double* x, double* y, std::size_t n);
     double from;
     double to;
@@ -102,7 +102,7 @@ void run(benchmark::State& state, const Case& c, const std::string& name, Work w
     const std::vector<double> x = argumentsOf(c);
     std::vector<double> y(kCount);
     std::vector<double> expected(kCount);
-    c.library(x.data(), expected.data(), kCount);
+    c.platform(x.data(), expected.data(), kCount);
     work(x.data(), y.data());
     for (std::size_t i = 0; i < kCount; ++i) {
         if (!(std::fabs(y[i] - expected[i]) <= std::fabs(expected[i]) * 0x1p-51 + 0x1p-60)) {
@@ -128,7 +128,7 @@ void add(const Case& c) {
     const std::string base = std::string(c.name) + "/";
     benchmark::RegisterBenchmark((base + "library").c_str(), [&c](benchmark::State& state) {
         run(state, c, std::string(c.name) + "/library",
-            [&](const double* x, double* y) { c.library(x, y, kCount); });
+            [&](const double* x, double* y) { c.platform(x, y, kCount); });
     });
     for (const KernelTarget target :
          {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {

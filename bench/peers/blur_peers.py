@@ -99,12 +99,12 @@ def skimage_time(pixels, sigma, turns):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("library")
+    parser.add_argument("engine", help="path of liborv.so")
     parser.add_argument("--sigma", type=float, default=8.0)
     parser.add_argument("--turns", type=int, default=7)
     options = parser.parse_args()
     pixels = photo()
-    own = orv_time(options.library, pixels, options.sigma, options.turns)
+    own = orv_time(options.engine, pixels, options.sigma, options.turns)
     if shutil.which("ffmpeg"):
         for steps in (1, 3):
             ratio = gblur_time(pixels, options.sigma, steps, options.turns) / own

@@ -158,11 +158,11 @@ def gmic_time(pixels, turns):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("library")
+    parser.add_argument("engine", help="path of liborv.so")
     parser.add_argument("--turns", type=int, default=5)
     options = parser.parse_args()
     pixels = photo()
-    library = Library(options.library, pixels)
+    library = Library(options.engine, pixels)
     # Roundings of the functions may show in the truncated byte of a few samples.
     off = numpy.abs(library.run(read=True).astype(int) - numpy_run(pixels))
     if off.max() > 1 or (off > 0).mean() > 1e-5:

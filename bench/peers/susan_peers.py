@@ -68,13 +68,13 @@ def engine_call(library, pixels):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("library")
+    parser.add_argument("engine", help="path of liborv.so")
     parser.add_argument("--turns", type=int, default=5)
     arguments = parser.parse_args()
 
     # Widths that are multiples of 4: rows without padding.
     large, small = picture(2448, 1632), picture(612, 408)
-    engine = best_time(arguments.turns, engine_call(ctypes.CDLL(arguments.library), large)) / (2448 * 1632)
+    engine = best_time(arguments.turns, engine_call(ctypes.CDLL(arguments.engine), large)) / (2448 * 1632)
 
     def bilateral():
         for channel in range(3):

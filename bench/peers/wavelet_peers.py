@@ -94,7 +94,7 @@ def recipe(np, pywt, plane):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("library")
+    parser.add_argument("engine", help="path of liborv.so")
     parser.add_argument("--turns", type=int, default=5)
     options = parser.parse_args()
     try:
@@ -108,7 +108,7 @@ def main():
         picture = photo(np, width, height)
         floats = picture.astype(np.float64) / 255.0
         planes = [np.ascontiguousarray(picture[..., c], dtype=np.float64) for c in range(3)]
-        ours = best(orv_turn(options.library, picture), options.turns)
+        ours = best(orv_turn(options.engine, picture), options.turns)
         peers = {
             "scikit-image denoise_wavelet, BayesShrink": lambda: denoise_wavelet(
                 floats, wavelet="bior4.4", mode="soft", method="BayesShrink",
