@@ -10,12 +10,9 @@ namespace orv {
 
 namespace {
 
-/// The recursion starts by reflecting the first three samples of a line.
-constexpr int kShortestBlurredLine = 3;
-
+/// The blur of an illumination is that of a picture: both need the same sides.
 bool canBlur(const DiscreteImage* image) {
-    return image != nullptr && image->width() >= kShortestBlurredLine &&
-           image->height() >= kShortestBlurredLine;
+    return image != nullptr && HomomorphicOperator::accepts(image->width(), image->height());
 }
 
 /// The modes that a host may choose; any other number is the compressed picture.
