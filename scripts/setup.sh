@@ -6,7 +6,7 @@ orv_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the library and the tool need, what the tests need besides, what CI needs besides.
 orv_run_packages=(g++ cmake ninja-build pkg-config libvips-dev libcli11-dev python3)
-orv_test_packages=("${orv_run_packages[@]}" libgtest-dev)
+orv_test_packages=("${orv_run_packages[@]}" libgtest-dev libeigen3-dev)
 orv_ci_packages=("${orv_test_packages[@]}" libbenchmark-dev clang clang-format valgrind)
 
 # Not empty after packages were installed.
@@ -61,7 +61,7 @@ orv_need_elsewhere() {
     if [ ${#lacking[@]} -gt 0 ]; then
         orv_say "This is not a Debian system, so nothing is installed here. Please install:"
         printf '  - %s\n' "${lacking[@]}" "CLI11 (headers)" \
-            "Python 3" "for the tests: GoogleTest" >&2
+            "Python 3" "for the tests: GoogleTest and Eigen 3.4" >&2
         exit 1
     fi
 }

@@ -1,5 +1,6 @@
 #include "solvers/iterative_linear_solver.h"
 
+#include <cmath>
 #include <utility>
 
 #include "algebra/matrix.h"
@@ -18,6 +19,11 @@ std::unique_ptr<RealVector> IterativeLinearSolver::Solve(const Matrix& A, const 
 
 std::unique_ptr<RealVector> IterativeLinearSolver::Solve(const Matrix& A, const RealVector& b,
                                                          std::unique_ptr<RealVector> u) {
+    return RunIterations(A, b, std::move(u));
+}
+
+std::unique_ptr<RealVector> IterativeLinearSolver::RunIterations(
+    const Matrix& A, const RealVector& b, std::unique_ptr<RealVector> u) {
     converged_ = false;
     for (int it = 0; it < maxIter_ && !converged_; ++it) {
         u = Iterate(A, b, std::move(u));
@@ -42,6 +48,18 @@ void IterativeLinearSolver::PrepareWork(
 
 bool IterativeLinearSolver::HasSize(const std::unique_ptr<RealVector>& first, int n) {
     return first && first->size() == n;
+}
+
+void IterativeLinearSolver::FormResidual(const Matrix& A, const RealVector& b,
+                                         const RealVector& u, RealVector& r,
+                                         std::unique_ptr<RealVector>& product) {
+    product = A.Multiply(u, std::move(product));
+    r.CopyFrom(b);
+    r.AddScaled(-1.0F, *product);
+}
+
+bool IterativeLinearSolver::IsBelowTolerance(const RealVector& r) const {
+    return std::sqrt(r.SumOfSquares()) < tol_;
 }
 
 }  // namespace orv

@@ -50,6 +50,19 @@ class IterativeLinearSolver : public LinearSolver {
     /// Whether `PrepareWork` would keep the vectors that `first` stands for.
     static bool HasSize(const std::unique_ptr<RealVector>& first, int n);
 
+    /// r = b - A u.
+    ///
+    /// Shapes:  r n floats; `product` receives A u.
+    static void FormResidual(const Matrix& A, const RealVector& b, const RealVector& u,
+                             RealVector& r, std::unique_ptr<RealVector>& product);
+
+    /// Whether sqrt(r.r) < tol; never for NaN.
+    bool IsBelowTolerance(const RealVector& r) const;
+
+    /// Lowers `converged` and calls `Iterate` until it is raised, at most `maxIter` times.
+    std::unique_ptr<RealVector> RunIterations(const Matrix& A, const RealVector& b,
+                                              std::unique_ptr<RealVector> u);
+
     int maxIter_;
     double tol_;
     bool converged_ = false;

@@ -9,6 +9,7 @@
 
 #include "algebra/matrix.h"
 #include "algebra/real_vector.h"
+#include "algebra/storage/band_matrix.h"
 #include "algebra/storage/f_tri_diagonal_matrix.h"
 #include "algebra/storage/full_matrix.h"
 
@@ -29,6 +30,53 @@ inline FTriDiagonalMatrix diffusionLine(int n, float tau) {
             diagonal += tau;
         }
         A.Set(i, i, diagonal);
+    }
+    return A;
+}
+
+/// The system of one implicit diffusion step on a w x h plane, unknown x + w y: five diagonals,
+/// symmetric, row sums 1. The links between pixels differ, from 0.2 tau to tau.
+inline BandMatrix diffusionPlane(int w, int h, float tau) {
+    const int n = w * h;
+    const int center = n - 1;
+    const int positions[] = {center - w, center - 1, center, center + 1, center + w};
+    BandMatrix A(n, 5, positions);
+    std::vector<double> diagonal(static_cast<std::size_t>(n), 1.0);
+    const auto join = [&](int i, int j) {
+        const int mixed = (5 * i + 3 * j) % 9;
+        const float link = tau * (0.2F + 0.1F * static_cast<float>(mixed));
+        A.Set(i, j, -link);
+        A.Set(j, i, -link);
+        diagonal[static_cast<std::size_t>(i)] += double{link};
+        diagonal[static_cast<std::size_t>(j)] += double{link};
+    };
+    for (int y = 0; y < h; ++y) {
+        for (int x = 0; x < w; ++x) {
+            const int i = x + w * y;
+            if (x + 1 < w) {
+                join(i, i + 1);
+            }
+            if (y + 1 < h) {
+                join(i, i + w);
+            }
+        }
+    }
+    for (int i = 0; i < n; ++i) {
+        A.SetMain(i, static_cast<float>(diagonal[static_cast<std::size_t>(i)]));
+    }
+    return A;
+}
+
+/// `diffusionPlane` in a steady wind along x: upwind links differ from downwind ones, so the
+/// matrix isn't symmetric; its rows are still dominated by the diagonal.
+inline BandMatrix windyPlane(int w, int h, float tau) {
+    BandMatrix A = diffusionPlane(w, h, tau);
+    for (int y = 0; y < h; ++y) {
+        for (int x = 1; x < w; ++x) {
+            const int i = x + w * y;
+            A.Set(i - 1, i, A.Get(i - 1, i) - 0.5F * tau);
+            A.SetMain(i, A.GetMain(i) + 0.5F * tau);
+        }
     }
     return A;
 }

@@ -52,10 +52,8 @@ std::unique_ptr<RealVector> CombinedKrylovSolver::Solve(const Matrix& A, const R
     converged_ = false;
     lost_ = false;
 
-    r_->CopyFrom(b);
-    t_ = A.Multiply(*u, std::move(t_));
-    r_->AddScaled(-1.0F, *t_);
-    if (std::sqrt(r_->SumOfSquares()) < tol_) {
+    FormResidual(A, b, *u, *r_, t_);
+    if (IsBelowTolerance(*r_)) {
         return u;
     }
     z_->CopyFrom(*r_);
@@ -96,7 +94,7 @@ std::unique_ptr<RealVector> CombinedKrylovSolver::Iterate(const Matrix& A,
     const double alpha = image.Dot(*r_);
     u->AddScaled(toFloat(alpha), search);
     r_->AddScaled(toFloat(-alpha), image);
-    if (std::sqrt(r_->SumOfSquares()) < tol_) {
+    if (IsBelowTolerance(*r_)) {
         converged_ = true;
     }
     // Every element of u and r is NaN from here on: whatever is left of the loop changes nothing.

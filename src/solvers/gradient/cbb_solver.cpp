@@ -16,7 +16,7 @@ std::unique_ptr<RealVector> CbbSolver::Solve(const Matrix& A, const RealVector& 
                                              std::unique_ptr<RealVector> u) {
     u = StartVector(b, std::move(u));
     PrepareWork(A.Rows(), {&g_, &q_});
-    return IterativeLinearSolver::Solve(A, b, std::move(u));
+    return RunIterations(A, b, std::move(u));
 }
 
 std::unique_ptr<RealVector> CbbSolver::Iterate(const Matrix& A, const RealVector& b,
