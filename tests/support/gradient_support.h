@@ -72,6 +72,26 @@ inline bool isFinite(const RealVector& u) {
                        [](float element) { return std::isfinite(element); });
 }
 
+/// A matrix with the defaults of Matrix that notes each product with it and where the result
+/// was to go: null if there was no vector for it yet.
+class ProductRecorder : public PlainMatrix {
+  public:
+    explicit ProductRecorder(const Matrix& A) : PlainMatrix(A) {}
+
+    std::unique_ptr<RealVector> Multiply(const RealVector& x,
+                                         std::unique_ptr<RealVector> y) const override {
+        targets.push_back(y == nullptr ? nullptr : y->data());
+        return PlainMatrix::Multiply(x, std::move(y));
+    }
+    std::unique_ptr<RealVector> MultiplyTransposed(
+        const RealVector& x, std::unique_ptr<RealVector> y) const override {
+        targets.push_back(y == nullptr ? nullptr : y->data());
+        return PlainMatrix::MultiplyTransposed(x, std::move(y));
+    }
+
+    mutable std::vector<const float*> targets;
+};
+
 /// A matrix and the name that a failed comparison shows.
 struct NamedSystem {
     std::string name;

@@ -5,18 +5,51 @@
 #include <cmath>
 #include <utility>
 
-#include "support/solver_systems.h"
+#include "support/gradient_support.h"
 
 namespace orv {
 namespace {
 
 using test::denseSolve;
 using test::diffusionLine;
+using test::diffusionPlane;
+using test::expectSameAsPlain;
+using test::expectSolves;
 using test::largestError;
+using test::product;
 using test::residualNorm;
 using test::sameVectorBits;
+using test::Solved;
 using test::start;
 using test::wavyVector;
+using test::windyPlane;
+
+Solved plainCbb(const Matrix& A, const RealVector& b, RealVector u, int maxIter, double tol) {
+    for (int it = 0; it < maxIter; ++it) {
+        RealVector g = product(A, u);
+        g.AddScaled(-1.0F, b);
+        const double gg = g.Dot(g);
+        if (gg < tol) {
+            return {u, true};
+        }
+        const RealVector q = product(A, g);
+        const double lambda = gg / g.Dot(q);
+        u.AddScaled2(static_cast<float>(-2.0 * lambda), g, static_cast<float>(lambda * lambda),
+                     q);
+    }
+    return {u, false};
+}
+
+TEST(CbbSolver, FollowsItsRecurrenceToTheBit) {
+    expectSameAsPlain<CbbSolver>(plainCbb, 1e-5);
+}
+
+TEST(CbbSolver, SolvesPlanesInFewPairsOfSteps) {
+    CbbSolver solver(100, 1e-8);
+
+    expectSolves(solver, diffusionPlane(16, 12, 4.0F), 2e-4, 2e-4);
+    expectSolves(solver, windyPlane(16, 12, 1.0F), 2e-4, 2e-4);
+}
 
 TEST(CbbSolver, SolvesSymmetricSystems) {
     CbbSolver solver(500, 1e-7);
