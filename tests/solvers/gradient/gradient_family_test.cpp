@@ -1,0 +1,156 @@
+// What all methods of one recurrence have in common.
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <set>
+#include <type_traits>
+
+#include "solvers/gradient/bb_solver.h"
+#include "solvers/gradient/cbb_solver.h"
+#include "solvers/gradient/cg_ne_solver.h"
+#include "solvers/gradient/cg_nr_solver.h"
+#include "solvers/gradient/cg_solver.h"
+#include "solvers/gradient/cgi_solver.h"
+#include "solvers/gradient/cgs_ls_shifted_solver.h"
+#include "solvers/gradient/cgs_ls_solver.h"
+#include "solvers/gradient/descent_solver.h"
+#include "support/gradient_support.h"
+
+namespace orv {
+namespace {
+
+using test::diffusionLine;
+using test::ProductRecorder;
+using test::sameVectorBits;
+using test::start;
+using test::wavyVector;
+
+template <class Solver>
+class GradientFamily : public testing::Test {};
+
+using Family = testing::Types<DescentSolver, BbSolver, CbbSolver, CgSolver, CgNeSolver,
+                              CgNrSolver, CgsLsSolver, CgsLsShiftedSolver, CgiSolver>;
+TYPED_TEST_SUITE(GradientFamily, Family);
+
+/// The products that a solve with this limit makes.
+template <class Solver>
+std::size_t productsOf(const Matrix& A, const RealVector& b, const RealVector& from,
+                       int maxIter) {
+    const ProductRecorder recorder(A);
+    Solver solver(maxIter, 1e-30);
+    (void)solver.Solve(recorder, b, start(from));
+    return recorder.targets.size();
+}
+
+TYPED_TEST(GradientFamily, StartsFromTheRightHandSideWhenNoStartIsGiven) {
+    const FTriDiagonalMatrix A = diffusionLine(6, 1.0F);
+    const RealVector b = wavyVector(6);
+    TypeParam solver(2, 1e-12);
+
+    const auto fromNull = solver.Solve(A, b, nullptr);
+
+    EXPECT_TRUE(sameVectorBits(*fromNull, *solver.Solve(A, b, start(b))));
+    EXPECT_FALSE(sameVectorBits(*fromNull, *solver.Solve(A, b, start(RealVector(6)))));
+}
+
+TYPED_TEST(GradientFamily, WorksInTheVectorThatItIsGiven) {
+    TypeParam solver(3, 1e-12);
+    auto u = start(RealVector(6));
+    const RealVector* const given = u.get();
+
+    u = solver.Solve(diffusionLine(6, 1.0F), wavyVector(6), std::move(u));
+
+    EXPECT_EQ(u.get(), given);
+}
+
+TYPED_TEST(GradientFamily, ReturnsTheStartWithoutIterations) {
+    const FTriDiagonalMatrix A = diffusionLine(4, 1.0F);
+    for (const int maxIter : {0, -3}) {
+        TypeParam solver(maxIter, 0.0001);
+
+        const auto given = solver.Solve(A, wavyVector(4), start(RealVector(4, 2.0F)));
+
+        EXPECT_TRUE(sameVectorBits(*given, RealVector(4, 2.0F))) << maxIter;
+        EXPECT_TRUE(sameVectorBits(*solver.Solve(A, wavyVector(4), nullptr), wavyVector(4)))
+            << maxIter;
+        EXPECT_FALSE(solver.converged()) << maxIter;
+    }
+}
+
+TYPED_TEST(GradientFamily, ReplacesItsWorkVectorsWhenTheSizeChanges) {
+    TypeParam solver(3, 1e-12);
+    for (const int n : {5, 9, 1, 5}) {
+        const FTriDiagonalMatrix A = diffusionLine(n, 1.0F);
+        TypeParam fresh(3, 1e-12);
+
+        const auto u = solver.Solve(A, wavyVector(n), start(RealVector(n)));
+
+        const auto expected = fresh.Solve(A, wavyVector(n), start(RealVector(n)));
+        EXPECT_TRUE(test::sameResult(*u, *expected)) << n;
+    }
+}
+
+TYPED_TEST(GradientFamily, KeepsItsWorkVectorsBetweenSolvesOfOneSize) {
+    const ProductRecorder A(diffusionLine(9, 1.0F));
+    TypeParam solver(8, 1e-12);
+    (void)solver.Solve(A, wavyVector(9), start(RealVector(9)));
+    const std::set<const float*> first(A.targets.begin(), A.targets.end());
+    A.targets.clear();
+
+    (void)solver.Solve(A, wavyVector(9), start(RealVector(9)));
+
+    EXPECT_EQ(std::set<const float*>(A.targets.begin(), A.targets.end()), first);
+    EXPECT_FALSE(first.contains(nullptr));
+}
+
+TYPED_TEST(GradientFamily, LowersConvergedAtTheStartOfEachSolve) {
+    TypeParam solver(3, 0.5);
+    const FullMatrix two(1, 2.0F);
+    (void)solver.Solve(two, RealVector(1, 4.0F), start(RealVector(1)));
+    ASSERT_TRUE(solver.converged());
+
+    (void)solver.Solve(FullMatrix(1, 0.0F), RealVector(1, 4.0F), start(RealVector(1)));
+
+    EXPECT_FALSE(solver.converged());
+}
+
+TYPED_TEST(GradientFamily, RunsToItsLimitOnASingularMatrix) {
+    const FullMatrix zero(3, 0.0F);
+    const RealVector b(3, 4.0F);
+    TypeParam solver(9, 0.0001);
+
+    const auto u = solver.Solve(zero, b, start(RealVector(3)));
+
+    EXPECT_FALSE(test::isFinite(*u));
+    EXPECT_FALSE(solver.converged());
+    const std::size_t upToEight = productsOf<TypeParam>(zero, b, RealVector(3), 8);
+    EXPECT_GT(productsOf<TypeParam>(zero, b, RealVector(3), 9), upToEight);
+}
+
+TYPED_TEST(GradientFamily, NeverTakesNanForASmallResidual) {
+    RealVector b = wavyVector(5);
+    b[2] = std::numeric_limits<float>::quiet_NaN();
+    TypeParam solver(4, 1e30);
+
+    const auto u = solver.Solve(diffusionLine(5, 1.0F), b, start(RealVector(5)));
+
+    EXPECT_FALSE(solver.converged());
+    EXPECT_TRUE(std::isnan((*u)[2]));
+}
+
+TYPED_TEST(GradientFamily, MakesTheProductsOfItsMethodAndNoMore) {
+    using Solver = TypeParam;
+    const bool twoProducts =
+        std::is_same_v<Solver, CbbSolver> || std::is_same_v<Solver, CgNeSolver> ||
+        std::is_same_v<Solver, CgsLsSolver> || std::is_same_v<Solver, CgsLsShiftedSolver>;
+    const std::size_t each = std::is_same_v<Solver, CgNrSolver> ? 3U : twoProducts ? 2U : 1U;
+    const FTriDiagonalMatrix A = diffusionLine(40, 2.0F);
+    const RealVector zero(40);
+
+    const std::size_t upToFour = productsOf<Solver>(A, wavyVector(40), zero, 4);
+
+    EXPECT_EQ(productsOf<Solver>(A, wavyVector(40), zero, 9), upToFour + 5 * each);
+}
+
+}  // namespace
+}  // namespace orv
