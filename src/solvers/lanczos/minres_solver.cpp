@@ -26,7 +26,9 @@ std::unique_ptr<RealVector> MinresSolver::Solve(const Matrix& A, const RealVecto
     eta_ = norm;
     lanczos_.Begin(eta_);
     p_->Fill(0.0F);
-    q_->CopyFrom(*lanczos_.v);  // quirk: minres-kept-direction
+    q_->CopyFrom(*lanczos_.v);
+    // w is what the last solve of this size left in it.
+    // quirk: minres-kept-direction
     return RunIterations(A, b, std::move(u));
 }
 

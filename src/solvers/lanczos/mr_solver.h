@@ -27,7 +27,7 @@ namespace orv {
 ///          both absolute; it says nothing of the residual of u. At most maxIter iterations.
 /// Fails:   beta = 0, which every 1 x 1 system meets at once, fills u with NaN and raises
 ///          `converged`.
-/// Cost:    one product and eleven vector passes an iteration; 6 n floats kept.
+/// Cost:    one product and ten vector passes an iteration; 6 n floats kept.
 /// Quirk:   mr-cleared-direction, mr-lanczos-norm, mr-start-kept
 /// Source:  [CalvettiLewisReichel2001]
 class MrSolver : public CountingSolver {

@@ -29,7 +29,7 @@ namespace orv {
 ///          with u as it is and `converged` low, and the loop goes on: zeros of rho, xi and
 ///          delta are met again, a zero epsilon divides in the next iteration, which fills u
 ///          with NaN.
-/// Cost:    two products and 20 vector passes an iteration; 10 n floats kept.
+/// Cost:    two products and 16 vector passes an iteration; 10 n floats kept.
 /// Quirk:   qmr-shrinking-vectors
 /// Source:  [FreundNachtigal1991]
 class QmrSolver : public CountingSolver {

@@ -25,7 +25,9 @@ std::unique_ptr<RealVector> SymmlqSolver::Solve(const Matrix& A, const RealVecto
     beta1_ = norm;
     lanczos_.Begin(beta1_);
     residual_ = beta1_;
-    rhs_ = beta1_;  // quirk: symmlq-zeta-stays
+    rhs_ = beta1_;
+    // zeta is what the last solve, of whatever size, left in it.
+    // quirk: symmlq-zeta-stays
     wBar_->CopyFrom(*lanczos_.v);
     return RunIterations(A, b, std::move(u));
 }

@@ -26,7 +26,7 @@ namespace orv {
 ///          search vector then, no residual. At most maxIter iterations.
 /// Fails:   sigma = 0, so every start with A u = 0, leaves u as it is in each iteration; rhoOld
 ///          = 0 ends the iteration after its half steps. `converged` stays low in both.
-/// Cost:    two products and 19 vector passes an iteration; 6 n floats kept.
+/// Cost:    two products and 15 vector passes an iteration; 6 n floats kept.
 /// Quirk:   tfqmr-start-image
 /// Source:  [Freund1993]
 class TfqmrSolver : public CountingSolver {

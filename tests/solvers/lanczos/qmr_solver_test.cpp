@@ -1,0 +1,290 @@
+#include "solvers/lanczos/qmr_solver.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "algebra/matrix.h"
+#include "base/rounding.h"
+#include "support/direct_solution.h"
+#include "support/solver_systems.h"
+#include "support/watching_matrix.h"
+
+namespace orv {
+namespace {
+
+using test::diffusionLine;
+using test::diffusionPlane;
+using test::directSolution;
+using test::dominantMatrix;
+using test::largestError;
+using test::residualNorm;
+using test::sameVectorBits;
+using test::start;
+using test::wavyVector;
+using test::windyPlane;
+
+/// y = a y + b x in one rounding.
+void combine(RealVector& y, double a, double b, const RealVector& x) {
+    for (int i = 0; i < y.size(); ++i) {
+        y[i] = toFloat(double{toFloat(a)} * double{y[i]} + double{toFloat(b)} * double{x[i]});
+    }
+}
+
+/// The iteration written down step by step.
+struct Steps {
+    const Matrix& A;
+    RealVector u, r, v, w, p, q, d, s;
+    double rho, xi, gamma = 1, theta = 0, epsilon = 0, eta = -1;
+
+    Steps(const Matrix& matrix, const RealVector& b, const RealVector& u0)
+        : A(matrix), u(u0), r(b), v(b), w(b), p(b), q(b), d(b), s(b) {
+        r.AddScaled(-1.0F, *A.Multiply(u, nullptr));
+        v = r;
+        w = r;
+        rho = std::sqrt(r.SumOfSquares());
+        xi = rho;
+    }
+
+    void next(int k) {
+        if (rho == 0 || xi == 0) {
+            return;
+        }
+        v.DivideScalar(toFloat(rho));
+        w.DivideScalar(toFloat(xi));
+        const double delta = v.Dot(w);
+        if (delta == 0) {
+            return;
+        }
+        const double ofP = -(delta * xi / epsilon);
+        const double ofQ = -(delta * rho / epsilon);
+        for (int i = 0; i < u.size(); ++i) {
+            p[i] = k == 1 ? v[i] : toFloat(ofP) * p[i] + v[i];
+            q[i] = k == 1 ? w[i] : toFloat(ofQ) * q[i] + w[i];
+        }
+        const RealVector pTilde = *A.Multiply(p, nullptr);
+        epsilon = q.Dot(pTilde);
+        const double beta = epsilon / delta;
+        if (epsilon == 0 || beta == 0) {
+            return;
+        }
+        const double rhoOld = rho;
+        RealVector tilde = pTilde;
+        tilde.AddScaled(toFloat(-beta), v);
+        rho = std::sqrt(tilde.SumOfSquares());
+        tilde = *A.MultiplyTransposed(q, nullptr);
+        tilde.AddScaled(toFloat(-beta), w);
+        xi = std::sqrt(tilde.SumOfSquares());
+        step(k, beta, rhoOld, pTilde);
+    }
+
+    void step(int k, double beta, double rhoOld, const RealVector& pTilde) {
+        const double thetaOld = theta;
+        const double gammaOld = gamma;
+        theta = rho / (gammaOld * beta);
+        gamma = 1 / std::sqrt(theta * theta + 1);
+        if (gamma == 0) {
+            return;
+        }
+        eta = -(gamma * eta * gamma * rhoOld) / ((gammaOld * beta) * gammaOld);
+        const double h = (gamma * thetaOld) * (gamma * thetaOld);
+        if (k == 1) {
+            d.SetScaled(toFloat(eta), p);
+            s.SetScaled(toFloat(eta), pTilde);
+        } else {
+            combine(d, h, eta, p);
+            combine(s, h, eta, pTilde);
+        }
+        u.Add(d);
+        r.AddScaled(-1.0F, s);
+    }
+};
+
+/// The solution and the recurred residual after `iterations` of them.
+Steps writtenDown(const Matrix& A, const RealVector& b, const RealVector& u, int iterations) {
+    Steps steps(A, b, u);
+    for (int k = 1; k <= iterations; ++k) {
+        steps.next(k);
+    }
+    return steps;
+}
+
+TEST(QmrSolver, GivesTheBitsOfTheMethodWrittenDown) {
+    const FTriDiagonalMatrix line = diffusionLine(25, 2.0F);
+    const BandMatrix plane = diffusionPlane(5, 5, 1.0F);
+    const BandMatrix windy = windyPlane(5, 5, 1.0F);
+    const FullMatrix dense = dominantMatrix(25);
+    const RealVector b = wavyVector(25);
+    for (const Matrix* A :
+         {static_cast<const Matrix*>(&line), static_cast<const Matrix*>(&plane),
+          static_cast<const Matrix*>(&windy), static_cast<const Matrix*>(&dense)}) {
+        for (const int maxIter : {1, 2, 3, 6}) {
+            QmrSolver solver(maxIter, 1e-9);
+            for (const float value : {0.0F, 7.0F}) {
+                const RealVector u0(25, value);
+
+                const Steps expected = writtenDown(*A, b, u0, maxIter);
+
+                EXPECT_TRUE(sameVectorBits(*solver.Solve(*A, b, start(u0)), expected.u))
+                    << maxIter << " from " << value;
+            }
+        }
+    }
+}
+
+TEST(QmrSolver, ImprovesTheStartVectorOnceAndStalls) {
+    const BandMatrix plane = diffusionPlane(8, 6, 1.0F);
+    const BandMatrix windy = windyPlane(8, 6, 1.0F);
+    for (const Matrix* A :
+         {static_cast<const Matrix*>(&plane), static_cast<const Matrix*>(&windy)}) {
+        const RealVector b = wavyVector(48);
+        const auto one = QmrSolver(1, 0.0001).Solve(*A, b, nullptr);
+        QmrSolver solver(100, 0.0001);
+
+        const auto u = solver.Solve(*A, b, nullptr);
+
+        EXPECT_LT(residualNorm(*A, b, *one), 0.5 * residualNorm(*A, b, b));
+        EXPECT_FALSE(solver.converged());
+        EXPECT_GT(residualNorm(*A, b, *u), residualNorm(*A, b, *one));
+        EXPECT_GT(largestError(*u, directSolution(*A, b)), 10.0);
+    }
+}
+
+TEST(QmrSolver, SolvesAMultipleOfTheIdentityInOneIteration) {
+    // r = (6, 8), v = w = (0.6, 0.8), epsilon = 2, so that rho becomes 0, gamma 1, eta 5 and
+    // d = (3, 4).
+    FullMatrix A(2, 0.0F);
+    A.Set(0, 0, 2.0F);
+    A.Set(1, 1, 2.0F);
+    RealVector b(2);
+    b[0] = 6.0F;
+    b[1] = 8.0F;
+    QmrSolver solver(5, 0.0001);
+
+    const auto u = solver.Solve(A, b, start(RealVector(2)));
+
+    EXPECT_TRUE(solver.converged());
+    EXPECT_NEAR((*u)[0], 3.0F, 1e-6);
+    EXPECT_NEAR((*u)[1], 4.0F, 1e-6);
+}
+
+TEST(QmrSolver, StopsOnTheRecurredResidual) {
+    const FullMatrix A = dominantMatrix(12);
+    const RealVector b = wavyVector(12);
+    const Steps one = writtenDown(A, b, b, 1);
+    const double norm = std::sqrt(one.r.SumOfSquares());
+    QmrSolver below(1, norm * (1.0 + 1e-12));
+    QmrSolver at(1, norm);
+
+    const auto u = below.Solve(A, b, nullptr);
+    (void)at.Solve(A, b, nullptr);
+
+    EXPECT_TRUE(below.converged());
+    EXPECT_FALSE(at.converged());
+    EXPECT_TRUE(sameVectorBits(*u, one.u));
+}
+
+TEST(QmrSolver, ReturnsTheStartAfterEveryIterationWhenDeltaIsZero) {
+    // The norm of r exceeds the range of a float, so v and w become zero.
+    const FTriDiagonalMatrix A = diffusionLine(4, 1.0F);
+    const RealVector b(4, 3e38F);
+    const test::WatchingMatrix watched(A);
+    QmrSolver solver(7, 0.0001);
+
+    const auto u = solver.Solve(watched, b, start(RealVector(4)));
+
+    EXPECT_TRUE(sameVectorBits(*u, RealVector(4)));
+    EXPECT_FALSE(solver.converged());
+    EXPECT_EQ(watched.products(), 1);
+}
+
+TEST(QmrSolver, ReturnsTheStartWhenTheResidualIsZeroAndTheToleranceToo) {
+    const FTriDiagonalMatrix A = diffusionLine(4, 1.0F);
+    const RealVector solution(4, 3.0F);
+    QmrSolver solver(7, 0.0);
+
+    const auto u = solver.Solve(A, solution, start(solution));
+
+    EXPECT_TRUE(sameVectorBits(*u, solution));
+    EXPECT_FALSE(solver.converged());
+}
+
+TEST(QmrSolver, LeavesTheIterationOfAZeroEpsilonAndDividesByItInTheNext) {
+    // r.A r = 0 for A = diag(1, -1) and r = (1, 1).
+    FullMatrix A(2, 0.0F);
+    A.Set(0, 0, 1.0F);
+    A.Set(1, 1, -1.0F);
+    const RealVector b(2, 1.0F);
+    const RealVector zero(2);
+    QmrSolver once(1, 0.0001);
+    QmrSolver twice(2, 0.0001);
+
+    const auto after1 = once.Solve(A, b, start(zero));
+    const auto after2 = twice.Solve(A, b, start(zero));
+
+    EXPECT_TRUE(sameVectorBits(*after1, zero));
+    EXPECT_FALSE(once.converged());
+    EXPECT_TRUE(std::isnan((*after2)[0]));
+    EXPECT_FALSE(twice.converged());
+}
+
+TEST(QmrSolver, KeepsAnExactSolutionToTheLimit) {
+    // Solved in the first iteration; as 0 isn't below 0 the others find rho zero.
+    FullMatrix A(2, 0.0F);
+    A.Set(0, 0, 2.0F);
+    A.Set(1, 1, 2.0F);
+    RealVector b(2);
+    b[0] = 4.0F;
+    const test::WatchingMatrix watched(A);
+    QmrSolver solver(10, 0.0);
+
+    const auto u = solver.Solve(watched, b, start(RealVector(2)));
+
+    EXPECT_EQ((*u)[0], 2.0F);
+    EXPECT_EQ((*u)[1], 0.0F);
+    EXPECT_FALSE(solver.converged());
+    EXPECT_EQ(watched.products(), 3);
+}
+
+TEST(QmrSolver, LeavesTheIterationWhenOneOfItsTwoNormsIsZero) {
+    // A = (2 0; 1 2) moves (1, 0) and its transpose keeps its direction: rho = 1, xi = 0,
+    // theta = 1/2, gamma^2 = 1 / 1.25, eta = 1.6. The transpose has rho = 0, xi = 1, eta = 2.
+    FullMatrix A(2, 0.0F);
+    A.Set(0, 0, 2.0F);
+    A.Set(1, 1, 2.0F);
+    FullMatrix transposed = A;
+    A.Set(0, 1, 1.0F);
+    transposed.Set(1, 0, 1.0F);
+    RealVector b(2);
+    b[0] = 4.0F;
+    for (const bool swapped : {false, true}) {
+        const test::WatchingMatrix watched(swapped ? transposed : A);
+        QmrSolver solver(10, 0.0);
+
+        const auto u = solver.Solve(watched, b, start(RealVector(2)));
+
+        EXPECT_NEAR((*u)[0], swapped ? 2.0F : 1.6F, 1e-6);
+        EXPECT_EQ((*u)[1], 0.0F);
+        EXPECT_FALSE(solver.converged());
+        EXPECT_EQ(watched.products(), 3);
+    }
+}
+
+TEST(Quirk, QmrShrinkingVectors) {
+    // With refreshed Lanczos vectors a symmetric definite 3 x 3 system is solved in three
+    // iterations.
+    const FTriDiagonalMatrix A = diffusionLine(3, 1.0F);
+    const RealVector b = wavyVector(3);
+    QmrSolver solver(3, 0.0001);
+
+    const auto u = solver.Solve(A, b, start(RealVector(3)));
+
+    EXPECT_FALSE(solver.converged());
+    EXPECT_GT(residualNorm(A, b, *u), 1.0);
+    EXPECT_TRUE(sameVectorBits(*u, writtenDown(A, b, RealVector(3), 3).u));
+}
+
+}  // namespace
+}  // namespace orv
