@@ -33,6 +33,7 @@ struct Member {
     std::function<std::unique_ptr<IterativeLinearSolver>(int maxIter, double tol)> make;
     int startProducts;
     int products;
+    bool keepsNan;
 };
 
 class LanczosFamily : public testing::TestWithParam<Member> {
@@ -104,6 +105,19 @@ TEST_P(LanczosFamily, FillsWithNanAndStaysUnconvergedWhenTheDataAreNan) {
     EXPECT_FALSE(solver->converged());
 }
 
+TEST_P(LanczosFamily, ForgetsNanDataUnlessItIsKnownToKeepThem) {
+    const auto used = make(5, 1e-9);
+    const FTriDiagonalMatrix A = diffusionLine(8, 1.0F);
+    const RealVector nan(8, std::numeric_limits<float>::quiet_NaN());
+    (void)used->Solve(A, nan, nullptr);
+
+    const auto u = used->Solve(A, wavyVector(8), nullptr);
+
+    EXPECT_EQ(std::isnan((*u)[0]), GetParam().keepsNan);
+    EXPECT_EQ(sameVectorBits(*u, *make(5, 1e-9)->Solve(A, wavyVector(8), nullptr)),
+              !GetParam().keepsNan);
+}
+
 TEST_P(LanczosFamily, NeverConvergesWithAToleranceOfZeroOrNan) {
     for (const double tol : {0.0, std::numeric_limits<double>::quiet_NaN()}) {
         const auto solver = make(9, tol);
@@ -152,12 +166,12 @@ std::unique_ptr<IterativeLinearSolver> makeRrmr(int maxIter, double tol) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, LanczosFamily,
-                         testing::Values(Member{"Minres", makeOf<MinresSolver>, 1, 1},
-                                         Member{"Mr", makeMr, 0, 1},
-                                         Member{"Rrmr", makeRrmr, 1, 1},
-                                         Member{"Symmlq", makeOf<SymmlqSolver>, 1, 1},
-                                         Member{"Qmr", makeOf<QmrSolver>, 1, 2},
-                                         Member{"Tfqmr", makeOf<TfqmrSolver>, 2, 2}),
+                         testing::Values(Member{"Minres", makeOf<MinresSolver>, 1, 1, true},
+                                         Member{"Mr", makeMr, 0, 1, false},
+                                         Member{"Rrmr", makeRrmr, 1, 1, false},
+                                         Member{"Symmlq", makeOf<SymmlqSolver>, 1, 1, true},
+                                         Member{"Qmr", makeOf<QmrSolver>, 1, 2, false},
+                                         Member{"Tfqmr", makeOf<TfqmrSolver>, 2, 2, false}),
                          [](const testing::TestParamInfo<Member>& tested) {
                              return tested.param.name;
                          });

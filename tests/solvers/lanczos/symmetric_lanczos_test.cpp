@@ -19,7 +19,7 @@ SymmetricLanczos begun(const RealVector& r) {
     lanczos.r = r.Clone();
     lanczos.v = std::make_unique<RealVector>(r.size());
     lanczos.t = std::make_unique<RealVector>(r.size());
-    lanczos.vOld = std::make_unique<RealVector>(r.size(), 9.0F);
+    lanczos.vOld = std::make_unique<RealVector>(r.size(), HUGE_VALF);
     lanczos.Begin(std::sqrt(r.SumOfSquares()));
     return lanczos;
 }

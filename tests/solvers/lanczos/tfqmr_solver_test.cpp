@@ -164,6 +164,30 @@ TEST(TfqmrSolver, TakesTwoHalfStepsOnASystemOfOneUnknown) {
     EXPECT_TRUE(solver.converged());
 }
 
+TEST(TfqmrSolver, LeavesTheIterationAfterItsHalfStepsWhenRhoWasZero) {
+    // A moves the unit vectors on, e1 to e2 to e3 to e1. From u = (-1, 0, 1): rTilde = e1,
+    // z = (1, -1, 0), alpha = 1, y = e2, w = e2 - e3, so that rho = 0; then sigma = -1 and
+    // alpha = 0, which the second iteration divides by. It makes one product, not two.
+    FullMatrix A(3, 0.0F);
+    A.Set(0, 1, 1.0F);
+    A.Set(1, 2, 1.0F);
+    A.Set(2, 0, 1.0F);
+    RealVector b(3);
+    b[0] = 2.0F;
+    b[1] = -1.0F;
+    RealVector u0(3);
+    u0[0] = -1.0F;
+    u0[2] = 1.0F;
+    const test::WatchingMatrix watched(A);
+    TfqmrSolver solver(4, 0.0001);
+
+    const auto u = solver.Solve(watched, b, start(u0));
+
+    EXPECT_EQ(watched.products(), 2 + 2 + 3);
+    EXPECT_TRUE(std::isnan((*u)[0]));
+    EXPECT_FALSE(solver.converged());
+}
+
 TEST(Quirk, TfqmrStartImage) {
     // z = A u in place of A y: a zero start vector ends every iteration at its first test.
     const test::WatchingMatrix A(diffusionLine(9, 1.0F));
