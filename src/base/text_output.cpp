@@ -11,8 +11,12 @@ constinit std::atomic<int> silenceDepth{0};
 
 }  // namespace
 
+bool isTextSilenced() {
+    return silenceDepth.load(std::memory_order_relaxed) > 0;
+}
+
 void printText(const char* format, ...) {
-    if (silenceDepth.load(std::memory_order_relaxed) > 0) {
+    if (isTextSilenced()) {
         return;
     }
     std::va_list arguments;

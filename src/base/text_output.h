@@ -17,6 +17,10 @@ void printText(const char* format, ...);
 #endif
 void printTextTo(std::FILE* file, const char* format, ...);
 
+/// Whether a SilencedOutput stands in this process, so that printText drops what it is given. Who
+/// prints a lot asks here first: text that is dropped should cost nothing.
+bool isTextSilenced();
+
 /// Flushes the engine's standard output.
 void flushText();
 

@@ -25,7 +25,11 @@ class WorkRow {
         }
     }
 
+    // n elements for each of n rows: silenced, the row isn't walked at all.
     void trace() const {
+        if (isTextSilenced()) {
+            return;
+        }
         // quirk: incomplete-lu0-prints
         printText("row%d: ", row_);
         w_.Print();

@@ -85,6 +85,8 @@ class BandMatrix final : public Matrix {
     /// Crout's factors, stored in the same way.
     std::unique_ptr<Matrix> FactorLU1() const override;
     /// Factors in the pattern of this matrix; prints each row as it is worked on.
+    /// Cost:    n d d operations for d diagonals, and more than n n printed numbers unless a
+    ///          SilencedOutput stands.
     /// Quirk:   incomplete-lu0-prints
     std::unique_ptr<Matrix> IncompleteLU0() const override;
     /// Factors in the pattern of this matrix; drops elements below `tolerance` in magnitude.

@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
+#include <memory>
+#include <string>
+
 #include "algebra/storage/band_matrix.h"
 #include "base/text_output.h"
 #include "support/matrix_support.h"
@@ -33,6 +38,58 @@ TEST(Quirk, IncompleteLu0Prints) {
               "row3: v(3): [ 2.0000  0.0000  4.0000 ]\n");
     EXPECT_EQ(F->Get(0, 2), 2.0f);
     EXPECT_EQ(F->Get(2, 2), 4.0f);
+}
+
+TEST(BandMatrix, IncompleteLu0GivesTheSameFactorsInSilence) {
+    const int positions[] = {2, 5, 6, 7, 10};
+    BandMatrix A(7, 5, positions);
+    test::randomise(A, 5, 6.0f);
+    std::unique_ptr<Matrix> printed;
+    std::unique_ptr<Matrix> silenced;
+
+    const std::string trace = test::standardOutputOf([&] { printed = A.IncompleteLU0(); });
+    const std::string nothing = test::standardOutputOf([&] {
+        const SilencedOutput silence;
+        silenced = A.IncompleteLU0();
+    });
+
+    EXPECT_FALSE(trace.empty());
+    EXPECT_EQ(nothing, "");
+    test::expectSameElements(*silenced, *printed);
+}
+
+// The five diagonals of a w x w plane.
+BandMatrix plane(int w) {
+    const int center = w * w - 1;
+    const int positions[] = {center - w, center - 1, center, center + 1, center + w};
+    BandMatrix A(w * w, 5, positions);
+    for (const int position : positions) {
+        A.diagonal(position)->Fill(position == center ? 5.0f : -1.0f);
+    }
+    return A;
+}
+
+// Seconds of processor time, the least of three turns.
+double secondsOfIncompleteLu0(const BandMatrix& A) {
+    const SilencedOutput silence;
+    double least = 1e9;
+    for (int turn = 0; turn < 3; ++turn) {
+        const std::clock_t begin = std::clock();
+        const auto F = A.IncompleteLU0();
+        const std::clock_t end = std::clock();
+        least = std::min(least, static_cast<double>(end - begin) / CLOCKS_PER_SEC);
+    }
+    return least;
+}
+
+TEST(BandMatrix, IncompleteLu0GrowsWithTheRowsAloneInSilence) {
+    const double small = secondsOfIncompleteLu0(plane(64));
+    const double large = secondsOfIncompleteLu0(plane(256));
+
+    // 16 times the rows. A cost of order n squared would take 256 times as long; caches and
+    // other programs leave the linear one far below half of that.
+    EXPECT_LT(large, 100.0 * std::max(small, 1e-4));
+    RecordProperty("seconds", std::to_string(large));
 }
 
 TEST(BandMatrix, IncompleteLu0OfATridiagonalIsExact) {
