@@ -314,7 +314,7 @@ class Matrix {
                                                  std::unique_ptr<RealVector> x) const;
     /// Keeps its place in the table; does nothing.
     virtual void ReservedSweep();
-    /// The explicit SSOR preconditioner of this matrix; null, as no class builds one yet.
+    /// A new ExplicitSsor on this matrix, with an omega that it estimates and prints.
     virtual std::unique_ptr<Matrix> MakeExplicitSsor() const;
     /// The three factors of symmetric successive over-relaxation, each new.
     ///

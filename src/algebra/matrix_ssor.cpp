@@ -1,5 +1,6 @@
 // Preconditioners made from the diagonal and from symmetric successive over-relaxation.
 #include "algebra/matrix.h"
+#include "algebra/preconditioners/explicit_ssor.h"
 
 namespace orv {
 
@@ -18,7 +19,7 @@ std::unique_ptr<Matrix> Matrix::MakeDiagonalPreconditioner(std::unique_ptr<Matri
 }
 
 std::unique_ptr<Matrix> Matrix::MakeExplicitSsor() const {
-    return nullptr;
+    return std::make_unique<ExplicitSsor>(*this);
 }
 
 void Matrix::SsorFactorsFull(float omega, std::unique_ptr<Matrix>& lower,

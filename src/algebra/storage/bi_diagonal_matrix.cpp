@@ -157,6 +157,40 @@ std::unique_ptr<RealVector> BiDiagonalMatrix::Solve(const RealVector& b,
     return x;
 }
 
+// `zeros` sums what the zeros of a row contribute: nothing, or NaN beyond an infinity.
+std::unique_ptr<RealVector> BiDiagonalMatrix::substitute(Side part, const RealVector& b,
+                                                         std::unique_ptr<RealVector> x) const {
+    x = solutionVector(b, n_, std::move(x));
+    if (x == nullptr) {
+        return nullptr;
+    }
+    const int step = part == Side::Lower ? 1 : -1;
+    float* const u = x->data();
+    double zeros = 0.0;
+    for (int row = 0; row < n_; ++row) {
+        const int i = part == Side::Lower ? row : n_ - 1 - row;
+        double sum = zeros;
+        if (row > 0) {
+            const float before = u[i - step];
+            const float a = part == side_ ? vectors_[1][std::min(i, i - step)] : 0.0f;
+            sum += double{a} * double{before};
+            zeros += 0.0 * double{before};
+        }
+        u[i] = (b[i] - toFloat(sum)) / diagonal(i);
+    }
+    return x;
+}
+
+std::unique_ptr<RealVector> BiDiagonalMatrix::SolveUpper(const RealVector& b,
+                                                         std::unique_ptr<RealVector> x) const {
+    return substitute(Side::Upper, b, std::move(x));
+}
+
+std::unique_ptr<RealVector> BiDiagonalMatrix::SolveLower(const RealVector& b,
+                                                         std::unique_ptr<RealVector> x) const {
+    return substitute(Side::Lower, b, std::move(x));
+}
+
 std::unique_ptr<Matrix> BiDiagonalMatrix::Inverse() const {
     return side_ == Side::Lower ? inverseOfLower(*this, 1) : inverseOfUpper(*this, 1);
 }

@@ -38,6 +38,13 @@ class BiDiagonalMatrix : public Matrix {
     /// Forward or back substitution.
     std::unique_ptr<RealVector> Solve(const RealVector& b,
                                       std::unique_ptr<RealVector> x) const final;
+    /// Back substitution on the upper part in n steps, with the bits of the n n steps of Matrix.
+    std::unique_ptr<RealVector> SolveUpper(const RealVector& b,
+                                           std::unique_ptr<RealVector> x) const final;
+    /// Forward substitution on the lower part in n steps, with the bits of the n n steps of
+    /// Matrix.
+    std::unique_ptr<RealVector> SolveLower(const RealVector& b,
+                                           std::unique_ptr<RealVector> x) const final;
     /// A new triangular matrix: the inverse of two diagonals is full below or above.
     std::unique_ptr<Matrix> Inverse() const final;
 
@@ -61,6 +68,8 @@ class BiDiagonalMatrix : public Matrix {
   private:
     float diagonal(int i) const { return main_ == Main::Ones ? 1.0f : vectors_[0][i]; }
     bool inOffDiagonal(int i, int j) const;
+    std::unique_ptr<RealVector> substitute(Side part, const RealVector& b,
+                                           std::unique_ptr<RealVector> x) const;
     void addProduct(bool below, const float* x, float* y) const;
 
     Side side_;
