@@ -48,7 +48,7 @@ TranscribedRun transcribed(const Matrix& A, const Matrix& M, const RealVector& b
 TEST(PreconditionedBbSolver, SolvesSymmetricSystems) {
     for (const bool sgs : {true, false}) {
         PreconditionedBbSolver solver(200, 1e-2, sgs);
-        for (const int n : {2, 3, 9, 40}) {
+        for (const int n : {1, 2, 3, 9, 40}) {
             const FTriDiagonalMatrix A = diffusionLine(n, 2.0F);
             const RealVector b = wavyVector(n);
 
