@@ -1,6 +1,7 @@
 #include "methods/json_text.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -62,6 +63,11 @@ void JsonText::beginObject() {
     begin('{', '}');
 }
 
+void JsonText::beginObject(std::string_view memberName) {
+    name(memberName);
+    begin('{', '}');
+}
+
 void JsonText::end() {
     const char closer = closers_.back();
     closers_.pop_back();
@@ -80,7 +86,7 @@ void JsonText::member(std::string_view memberName, std::string_view text) {
 
 void JsonText::memberNumber(std::string_view memberName, double value) {
     name(memberName);
-    text_ += numberText(value);
+    text_ += std::isfinite(value) ? numberText(value) : "null";
 }
 
 void JsonText::memberBool(std::string_view memberName, bool value) {

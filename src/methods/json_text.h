@@ -8,7 +8,7 @@ namespace orv {
 
 /// Builds indented JSON text, piece by piece.
 ///
-/// Domain:  finite numbers; UTF-8 texts; every begin has its end.
+/// Domain:  UTF-8 texts; every begin has its end.
 class JsonText {
   public:
     /// Opens an array, as an element or at the top.
@@ -17,12 +17,14 @@ class JsonText {
     void beginArray(std::string_view name);
     /// Opens an object, as an element or at the top.
     void beginObject();
+    /// Opens an object as a member of an object.
+    void beginObject(std::string_view name);
     /// Closes what was opened last.
     void end();
 
     /// Adds a text to an object.
     void member(std::string_view name, std::string_view text);
-    /// Adds a number to an object.
+    /// Adds a number to an object; one that isn't finite becomes null.
     void memberNumber(std::string_view name, double value);
     /// Adds true or false to an object.
     void memberBool(std::string_view name, bool value);

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "commands/command_line.h"
+#include "commands/solve_options.h"
 #include "image_file.h"
 #include "methods/method_catalogue.h"
 #include "methods/solver_listing.h"
@@ -79,12 +80,33 @@ std::string choiceRows(const Parameter& parameter) {
     return text;
 }
 
+std::string parameterRows(std::span<const Parameter> parameters) {
+    std::string text;
+    for (const Parameter& parameter : parameters) {
+        const std::string value = placeholder(parameter);
+        text += row("--" + std::string(parameter.name) + (value.empty() ? "" : " " + value),
+                    std::string(parameter.help) + range(parameter));
+        if (parameter.kind == ParameterKind::Choice) {
+            text += choiceRows(parameter);
+        }
+    }
+    return text;
+}
+
 /// What happens to a picture between the files, in lines of at most 80 characters.
 constexpr std::string_view kVipsNotes =
     "8 and 16 bits, grey or colour, and float TIFF. Alpha stays untouched; colour\n"
     "profile, EXIF and XMP are kept. CMYK becomes sRGB, a palette becomes RGB, and\n"
     "EXIF rotation is applied. JPEG is written at quality 92 with full colour\n"
     "resolution, WebP at quality 92; both make 8 bits of 16.\n";
+
+constexpr std::string_view kStudyLegend =
+    "Status of a solver:\n"
+    "  converged   stopped before the limit, with the residual at its tolerance\n"
+    "  limit       used all iterations, or stopped short of its tolerance\n"
+    "  broke down  gave samples that are no numbers\n"
+    "  wrong       ended farther from the solution than it began, or never moved\n"
+    "  skipped     wasn't run, for the reason that is told\n";
 
 constexpr std::string_view kExitCodes =
     "Exit codes:\n"
@@ -119,6 +141,7 @@ std::string generalHelp() {
     for (const Method* const method : methodCatalogue()) {
         text += row(usageOf(*method), std::string(method->summary));
     }
+    text += row("solve IN", std::string(kSolveSummary));
     text += row("methods", "list the methods and their parameters, with --json for programs");
     text += row("solvers", "list the linear solvers that --solver takes, also with --json");
     text +=
@@ -135,14 +158,7 @@ std::string generalHelp() {
 std::string methodHelp(const Method& method) {
     std::string text(method.summary);
     text += "\n\nUsage: orv " + usageOf(method) + " [options]\n\nMethod:\n";
-    for (const Parameter& parameter : method.parameters) {
-        const std::string value = placeholder(parameter);
-        text += row("--" + std::string(parameter.name) + (value.empty() ? "" : " " + value),
-                    std::string(parameter.help) + range(parameter));
-        if (parameter.kind == ParameterKind::Choice) {
-            text += choiceRows(parameter);
-        }
-    }
+    text += parameterRows(method.parameters);
     text += "\nFiles and messages:\n";
     text += row("-f, --force",
                 "overwrite OUT if it exists; OUT may then be " + std::string(method.picture));
@@ -163,6 +179,9 @@ std::string methodHelp(const Method& method) {
 }
 
 std::string verbHelp(std::string_view verb) {
+    if (verb == "solve") {
+        return solveHelp();
+    }
     if (verb == "methods") {
         return methodsHelp();
     }
@@ -171,6 +190,38 @@ std::string verbHelp(std::string_view verb) {
     }
     const Method* const method = findMethod(verb);
     return method == nullptr ? std::string() : methodHelp(*method);
+}
+
+std::string solveHelp() {
+    const Syntax syntax = solveSyntax();
+    std::string text =
+        "Compare the linear solvers on the system of a picture: what each residual,\n"
+        "solution and time really is, by iteration\n"
+        "\n"
+        "The system is that of the first time step of orv restore with the same values,\n"
+        "on the brightness (Rec. 601, 0 to 255) of the middle of the picture. Each solver\n"
+        "runs with growing iteration limits, and each result is compared in double\n"
+        "precision with the exact solution.\n"
+        "\n"
+        "Usage: orv solve IN [options]\n"
+        "\n"
+        "Study:\n";
+    for (const TextOption& option : syntax.texts) {
+        text += row("--" + std::string(option.name) + " " + std::string(option.placeholder),
+                    std::string(option.help));
+    }
+    text += parameterRows(syntax.parameters);
+    text += "\nFiles and messages:\n";
+    text +=
+        row("-o, --output FILE",
+            "write a report: .html is a page with plots that needs nothing else, .csv has a "
+            "line for each solver and limit, .json has all");
+    text += row("-f, --force", "overwrite FILE if it exists");
+    text += row("-q, --quiet", "no progress, and no table where FILE is named");
+    text += row("-h, --help", "show this");
+    text += pictureFiles();
+    text += "\n" + std::string(kStudyLegend) + "\n" + std::string(kExitCodes);
+    return text;
 }
 
 std::string methodsHelp() {

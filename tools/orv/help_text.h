@@ -16,6 +16,9 @@ std::string methodHelp(const Method& method);
 /// The help of a verb, or an empty text when there is no such verb.
 std::string verbHelp(std::string_view verb);
 
+/// What `orv solve --help` prints.
+std::string solveHelp();
+
 /// What `orv methods --help` prints.
 std::string methodsHelp();
 

@@ -18,7 +18,7 @@ namespace {
 using orv::cli::ExitCode;
 
 ExitCode unknownVerb(std::string_view word) {
-    std::vector<std::string_view> names{"methods", "solvers", "--help", "--version"};
+    std::vector<std::string_view> names{"solve", "methods", "solvers", "--help", "--version"};
     for (const orv::Method* const method : orv::methodCatalogue()) {
         names.push_back(method->name);
     }
@@ -65,6 +65,9 @@ ExitCode dispatch(int argc, const char* const* argv) {
     if (verb == "--version") {
         orv::cli::print(orv::cli::versionText());
         return ExitCode::Done;
+    }
+    if (verb == "solve") {
+        return orv::cli::solveCommand(argc - 1, argv + 1);
     }
     if (verb == "methods") {
         return orv::cli::methodsCommand(argc - 1, argv + 1);

@@ -126,6 +126,10 @@ void ProgressBar::phase(std::string_view action, const std::string& file) {
     show(longForm.size() <= width ? longForm : shortForm.substr(0, width));
 }
 
+void ProgressBar::setLabel(std::string label) {
+    label_ = std::move(label);
+}
+
 void ProgressBar::start() {
     started_ = Clock::now();
 }

@@ -21,6 +21,8 @@ class ProgressBar {
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
+    /// Changes what opens each line from now on.
+    void setLabel(std::string label);
     /// Shows on a terminal what goes on outside the work: "reading", "writing", and which file.
     void phase(std::string_view action, const std::string& file);
     /// The work begins: the time left is reckoned from now on.

@@ -20,6 +20,12 @@ std::vector<std::string> optionNames(const Syntax& syntax) {
     if (syntax.json) {
         names.push_back("--json");
     }
+    if (syntax.outputByOption()) {
+        names.push_back("--output");
+    }
+    for (const TextOption& text : syntax.texts) {
+        names.push_back("--" + std::string(text.name));
+    }
     for (const Parameter& parameter : syntax.parameters) {
         names.push_back("--" + std::string(parameter.name));
     }
@@ -58,9 +64,12 @@ std::string verbsWith(const std::string& option) {
 std::string unexpected(const Syntax& syntax, const std::string& word) {
     const std::string verb(syntax.verb);
     if (word.size() < 2 || word[0] != '-') {
-        return syntax.files() ? verb + ": takes one picture at a time: " +
-                                    fileWords(syntax.picture, syntax.secondPicture) + " ('" +
-                                    word + "' is one word too many)"
+        if (syntax.outputByOption()) {
+            return verb + ": takes one picture; '" + word +
+                   "' is one word too many (-o names the file to write)";
+        }
+        return syntax.files() ? verb + ": takes one picture at a time: " + fileWords(syntax) +
+                                    " ('" + word + "' is one word too many)"
                               : "unexpected argument '" + word + "'";
     }
     const std::string option = word.substr(0, word.find('='));
@@ -119,14 +128,26 @@ std::string missingFile(const Syntax& syntax, const CommandLine& line) {
         what = "the picture to read";
     } else if (!syntax.secondPicture.empty() && line.second.empty()) {
         what = "the second picture, " + std::string(syntax.secondPicture) + ",";
-    } else if (line.output.empty()) {
+    } else if (line.output.empty() && !syntax.outputByOption()) {
         what = "the file to write";
     } else {
         return {};
     }
     const std::string verb(syntax.verb);
-    return verb + ": " + what + " is missing (usage: orv " + verb + " " +
-           fileWords(syntax.picture, syntax.secondPicture) + " [options])";
+    return verb + ": " + what + " is missing (usage: orv " + verb + " " + fileWords(syntax) +
+           " [options])";
+}
+
+/// "--option: the value is missing (expected ...)"
+std::string valueMissing(const std::string& option, std::string_view expected) {
+    return option + ": the value is missing (expected " + std::string(expected) + ")";
+}
+
+/// Whether the parser's complaint is about an option.
+bool isAbout(const std::string& text, const std::string& option) {
+    return text.compare(0, option.size(), option) == 0 &&
+           (text.size() == option.size() || text[option.size()] == ':' ||
+            text[option.size()] == ' ');
 }
 
 /// The line for a word that the parser stumbled over, which as a rule is a missing value.
@@ -134,14 +155,20 @@ std::string missingValue(const Syntax& syntax, const CLI::ParseError& error) {
     const std::string text = error.what();
     for (const Parameter& parameter : syntax.parameters) {
         const std::string option = "--" + std::string(parameter.name);
-        if (text.compare(0, option.size(), option) == 0 &&
-            (text.size() == option.size() || text[option.size()] == ':' ||
-             text[option.size()] == ' ')) {
+        if (isAbout(text, option)) {
             return parameter.kind == ParameterKind::Flag
                        ? option + ": takes no value"
-                       : option + ": the value is missing (expected " + expectation(parameter) +
-                             ")";
+                       : valueMissing(option, expectation(parameter));
         }
+    }
+    for (const TextOption& candidate : syntax.texts) {
+        const std::string option = "--" + std::string(candidate.name);
+        if (isAbout(text, option)) {
+            return valueMissing(option, candidate.expected);
+        }
+    }
+    if (isAbout(text, "--output")) {
+        return valueMissing("--output", syntax.outputExpected);
     }
     return text.substr(0, text.find('\n'));
 }
@@ -151,11 +178,14 @@ struct Options {
     CLI::Option* force = nullptr;
     CLI::Option* quiet = nullptr;
     CLI::Option* json = nullptr;
+    CLI::Option* output = nullptr;
     std::vector<CLI::Option*> parameters;  ///< one for each parameter
-    std::vector<std::string> texts;        ///< their values, which mustn't move
+    std::vector<std::string> values;       ///< their values, which mustn't move
+    std::vector<CLI::Option*> texts;       ///< one for each text
+    std::vector<std::string> textValues;   ///< their values, which mustn't move
 
     Options(CLI::App& app, const Syntax& syntax, CommandLine& line)
-        : texts(syntax.parameters.size()) {
+        : values(syntax.parameters.size()), textValues(syntax.texts.size()) {
         app.set_help_flag();
         app.allow_extras();
         app.add_flag("-h,--help", line.help);
@@ -166,24 +196,33 @@ struct Options {
             if (!syntax.secondPicture.empty()) {
                 app.add_option("second", line.second);
             }
-            app.add_option("out", line.output);
+            if (syntax.outputByOption()) {
+                output = app.add_option("-o,--output", line.output)->take_last();
+            } else {
+                app.add_option("out", line.output);
+            }
         }
         if (syntax.json) {
             json = app.add_flag("--json");
         }
-        for (std::size_t i = 0; i < texts.size(); ++i) {
+        for (std::size_t i = 0; i < textValues.size(); ++i) {
+            const std::string name = "--" + std::string(syntax.texts[i].name);
+            texts.push_back(app.add_option(name, textValues[i])->take_last());
+        }
+        for (std::size_t i = 0; i < values.size(); ++i) {
             const Parameter& parameter = syntax.parameters[i];
             const std::string name = "--" + std::string(parameter.name);
             parameters.push_back(parameter.kind == ParameterKind::Flag
                                      ? app.add_flag(name)
-                                     : app.add_option(name, texts[i])->take_last());
+                                     : app.add_option(name, values[i])->take_last());
         }
     }
 
     /// What is wrong with the first option that was given more than once; empty when none was.
     std::string repeated() const {
         std::vector<const CLI::Option*> all(parameters.begin(), parameters.end());
-        all.insert(all.end(), {force, quiet, json});
+        all.insert(all.end(), texts.begin(), texts.end());
+        all.insert(all.end(), {force, quiet, json, output});
         for (const CLI::Option* const option : all) {
             if (option != nullptr && option->count() > 1) {
                 return "--" + option->get_lnames().front() + ": is given " +
@@ -206,6 +245,11 @@ std::string fileWords(std::string_view picture, std::string_view secondPicture) 
         words += " " + std::string(secondPicture);
     }
     return words + " OUT";
+}
+
+std::string fileWords(const Syntax& syntax) {
+    return syntax.outputByOption() ? std::string(syntax.picture)
+                                   : fileWords(syntax.picture, syntax.secondPicture);
 }
 
 std::string readCommandLine(const Syntax& syntax, int argc, const char* const* argv,
@@ -237,6 +281,9 @@ std::string readCommandLine(const Syntax& syntax, int argc, const char* const* a
             return error;
         }
     }
+    if (given(options.output) && line.output.empty()) {
+        return valueMissing("--output", syntax.outputExpected);
+    }
     line.force = given(options.force);
     line.quiet = given(options.quiet);
     line.json = given(options.json);
@@ -244,7 +291,12 @@ std::string readCommandLine(const Syntax& syntax, int argc, const char* const* a
         if (given(options.parameters[i])) {
             const bool isFlag = syntax.parameters[i].kind == ParameterKind::Flag;
             line.values.emplace_back(syntax.parameters[i].name,
-                                     isFlag ? "on" : options.texts[i]);
+                                     isFlag ? "on" : options.values[i]);
+        }
+    }
+    for (std::size_t i = 0; i < options.texts.size(); ++i) {
+        if (given(options.texts[i])) {
+            line.texts.emplace_back(syntax.texts[i].name, options.textValues[i]);
         }
     }
     return {};

@@ -1,0 +1,188 @@
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "commands/command_line.h"
+#include "commands/commands.h"
+#include "commands/solve_options.h"
+#include "help_text.h"
+#include "image_file.h"
+#include "interruption.h"
+#include "messages.h"
+#include "methods/interleaved_planes.h"
+#include "methods/plane_run.h"
+#include "methods/solver_listing.h"
+#include "output_file.h"
+#include "progress_bar.h"
+#include "report/study_report.h"
+#include "report/study_table.h"
+#include "studies/solver_study.h"
+
+namespace orv::cli {
+
+namespace {
+
+std::string unknownReport(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+        return path + ": is a folder; name a file in it";
+    }
+    return path + ": the ending names no report that orv writes (" + reportExtensions() + ")";
+}
+
+/// The middle `size` x `size` samples of a picture, or all for 0.
+StudiedPicture partOf(const std::string& path, const Picture& picture, int size) {
+    StudiedPicture part;
+    part.name = path.substr(path.find_last_of('/') + 1);
+    part.width = picture.samples.width;
+    part.height = picture.samples.height;
+    part.usedWidth = size == 0 ? part.width : std::min(size, part.width);
+    part.usedHeight = size == 0 ? part.height : std::min(size, part.height);
+    part.x = (part.width - part.usedWidth) / 2;
+    part.y = (part.height - part.usedHeight) / 2;
+    return part;
+}
+
+/// The brightness of that part by Rec. 601.
+std::unique_ptr<FloatImage> brightnessOf(const Planes& planes, const StudiedPicture& part) {
+    auto plane = std::make_unique<FloatImage>(part.usedWidth, part.usedHeight);
+    for (int x = 0; x < part.usedWidth; ++x) {
+        float* const column = plane->row(x);
+        for (int y = 0; y < part.usedHeight; ++y) {
+            const auto sample = [&](std::size_t channel) {
+                return static_cast<double>(planes[channel]->row(part.x + x)[part.y + y]);
+            };
+            column[y] = planes.size() == 1
+                            ? planes[0]->row(part.x + x)[part.y + y]
+                            : static_cast<float>(0.299 * sample(0) + 0.587 * sample(1) +
+                                                 0.114 * sample(2));
+        }
+    }
+    return plane;
+}
+
+bool writeFile(const std::string& path, const std::string& text) {
+    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        return false;
+    }
+    const bool whole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    return std::fclose(file) == 0 && whole;
+}
+
+/// Why nothing at all was measured, in words; empty when something was.
+std::string nothingMeasured(const SolverStudy& study) {
+    for (const SolverRecordOfStudy& record : study.solvers) {
+        if (record.status != SolverStatus::Skipped) {
+            return {};
+        }
+    }
+    const SolverRecordOfStudy& first = study.solvers.front();
+    return "nothing to measure: " + solverListing()[static_cast<std::size_t>(first.id)].name +
+           ": " + first.reason;
+}
+
+SolverStudy run(const FloatImage& plane, const Arguments& arguments, StudyOrder order,
+                ProgressBar& bar) {
+    order.settings = {arguments.integer("scheme"), arguments.real("tau"),
+                      arguments.real("sigma"),     arguments.real("contrast"),
+                      arguments.integer("flow"),   arguments.integer("norm")};
+    order.solverIterations = arguments.integer("solver-iterations");
+    bar.start();
+    return studySolvers(plane, order, [&bar](double done, int id) {
+        bar.setLabel("solve: " + solverListing()[static_cast<std::size_t>(id)].name);
+        bar.update(done);
+        return true;
+    });
+}
+
+ExitCode process(const CommandLine& line, const std::string& command,
+                 const Arguments& arguments, StudyOrder order) {
+    const ReportFormat format = reportFormatOf(line.output);
+    if (!line.output.empty() && format == ReportFormat::Unknown) {
+        return fail(ExitCode::File, unknownReport(line.output));
+    }
+    watchInterruptions();
+    ProgressBar bar("solve", line.quiet);
+    bar.phase("reading", line.input);
+    Picture picture;
+    std::string error = readPicture(line.input, picture);
+    OutputFile output;
+    if (error.empty() && !line.output.empty()) {
+        error = output.open(line.output, line.force);
+    }
+    if (!error.empty()) {
+        bar.clear();
+        return fail(ExitCode::File, error);
+    }
+
+    const StudiedPicture part = partOf(line.input, picture, arguments.integer("size"));
+    Planes planes = planesOf(picture.samples, picture.colours);
+    picture = {};
+    error = planesRefusal(planes, "the picture");
+    if (!error.empty()) {
+        bar.clear();
+        return fail(ExitCode::Refused, "solve: " + error);
+    }
+    const std::unique_ptr<FloatImage> plane = brightnessOf(planes, part);
+    planes.clear();
+    const SolverStudy study = run(*plane, arguments, std::move(order), bar);
+    error = study.error.empty() ? nothingMeasured(study) : study.error;
+    if (!error.empty()) {
+        bar.clear();
+        return fail(ExitCode::Refused, "solve: " + error);
+    }
+
+    const StudyReport report{command, part, arguments, study};
+    if (!line.output.empty()) {
+        if (!writeFile(output.temporaryPath(), reportText(report, format))) {
+            bar.clear();
+            return fail(ExitCode::File, line.output + ": can't be written");
+        }
+        error = output.commit();
+        if (!error.empty()) {
+            bar.clear();
+            return fail(ExitCode::File, error);
+        }
+    }
+    bar.finish();
+    if (!line.quiet || line.output.empty()) {
+        print(studyTable(report) + "\n" + studySummary(report, bar.seconds(), line.output));
+    }
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+ExitCode solveCommand(int argc, const char* const* argv) {
+    CommandLine line;
+    const Syntax syntax = solveSyntax();
+    std::string error = readCommandLine(syntax, argc, argv, line);
+    if (!error.empty()) {
+        return fail(ExitCode::Usage, error);
+    }
+    if (line.help) {
+        print(solveHelp());
+        return ExitCode::Done;
+    }
+    Arguments arguments(syntax.parameters);
+    for (const auto& [name, text] : line.values) {
+        error = arguments.set(name, text);
+        if (!error.empty()) {
+            return fail(ExitCode::Usage, error);
+        }
+    }
+    StudyOrder order;
+    error = readSolvers(line.texts.empty() ? "all" : line.texts.front().second, order.solvers,
+                        order.named);
+    if (!error.empty()) {
+        return fail(ExitCode::Usage, error);
+    }
+    return process(line, commandText("orv", argc, argv), arguments, std::move(order));
+}
+
+}  // namespace orv::cli
