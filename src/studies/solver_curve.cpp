@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <limits>
-#include <memory>
+#include <utility>
 
 #include "solvers/iterative_linear_solver.h"
-#include "solvers/linear_solver_list.h"
 
 namespace orv {
 
@@ -53,16 +53,16 @@ StudyPoint measureSolution(const StudySystem& system, const std::vector<double>&
     return point;
 }
 
-SolverCurve::SolverCurve(const StudySystem& system, const std::vector<double>& exact, int id)
-    : system_(system), exact_(exact), start_(system.rightSide()), id_(id) {}
+SolverCurve::SolverCurve(const StudySystem& system, const std::vector<double>& exact,
+                         Maker make)
+    : system_(system), exact_(exact), start_(system.rightSide()), make_(std::move(make)) {}
 
 const SolverCurve::Run& SolverCurve::run(int limit) {
     const auto known = runs_.find(limit);
     if (known != runs_.end()) {
         return known->second;
     }
-    const std::unique_ptr<LinearSolver> solver =
-        LinearSolverList(50, 10).Create(id_, limit, limit, kStudyTolerance);
+    const std::unique_ptr<LinearSolver> solver = make_(limit);
     direct_ = dynamic_cast<const IterativeLinearSolver*>(solver.get()) == nullptr;
     const StudySolution solution = system_.solve(*solver);
     Run run;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <vector>
 
 #include "studies/solver_study.h"
@@ -16,7 +17,7 @@ class SolverCurve {
     struct Run {
         StudyPoint point;
         bool finite = false;
-        bool moved = false;      ///< whether any bit differs from the start vector
+        bool moved = false;      ///< whether it isn't the picture itself
         int converged = 0;       ///< systems whose stopping test held
         std::uint64_t bits = 0;  ///< a digest of the solution
     };
@@ -24,7 +25,11 @@ class SolverCurve {
     /// Called before each run with the share of the limits that are done; false stops.
     using Check = std::function<bool(double)>;
 
-    SolverCurve(const StudySystem& system, const std::vector<double>& exact, int id);
+    /// A fresh solver with an iteration limit; never null.
+    using Maker = std::function<std::unique_ptr<LinearSolver>(int)>;
+
+    /// Owns:    nothing; system and exact solution outlive it.
+    SolverCurve(const StudySystem& system, const std::vector<double>& exact, Maker make);
 
     /// Runs the limits that `studySolvers` tells. False when the check asked to stop.
     bool trace(int solverIterations, const Check& check);
@@ -45,7 +50,7 @@ class SolverCurve {
     const StudySystem& system_;
     const std::vector<double>& exact_;
     const std::vector<float> start_;
-    int id_;
+    Maker make_;
     bool direct_ = false;
     std::map<int, Run> runs_;
 };

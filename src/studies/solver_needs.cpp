@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kThomas = 0;
 constexpr double kMostBytes = 4.0e9;
-/// Multiply-adds of a factorisation that takes some minutes.
-constexpr double kMostOperations = 5.0e11;
+/// Multiply-adds of a factorisation that takes a minute or more.
+constexpr double kMostOperations = 2.0e11;
 
 /// The vectors that a solver keeps for a limit of k, where their number grows with k; else 0.
 double growingVectors(int id, int k) {

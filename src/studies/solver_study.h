@@ -61,7 +61,8 @@ struct SolverStudy {
     bool cancelled = false;
     int systems = 0;
     int unknowns = 0;
-    StudyPoint start;            ///< the picture itself as solution
+    StudyPoint start;  ///< the picture itself as solution
+    double rightSideNorm = 0.0;
     double exactResidual = 0.0;  ///< of the exact solution in double
     double roundedResidual =
         0.0;  ///< of the exact solution rounded to float: no float does better

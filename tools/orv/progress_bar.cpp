@@ -127,7 +127,10 @@ void ProgressBar::phase(std::string_view action, const std::string& file) {
 }
 
 void ProgressBar::setLabel(std::string label) {
-    label_ = std::move(label);
+    if (label_ != label) {
+        label_ = std::move(label);
+        drawnAt_ = -kRedraw;
+    }
 }
 
 void ProgressBar::start() {

@@ -21,7 +21,7 @@ class ProgressBar {
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    /// Changes what opens each line from now on.
+    /// Changes what opens each line from now on; the next update shows it at once.
     void setLabel(std::string label);
     /// Shows on a terminal what goes on outside the work: "reading", "writing", and which file.
     void phase(std::string_view action, const std::string& file);

@@ -92,9 +92,13 @@ SolverStudy run(const FloatImage& plane, const Arguments& arguments, StudyOrder 
                       arguments.real("sigma"),     arguments.real("contrast"),
                       arguments.integer("flow"),   arguments.integer("norm")};
     order.solverIterations = arguments.integer("solver-iterations");
+    const auto nameOfSolver = [](int id) {
+        return solverListing()[static_cast<std::size_t>(id)].name;
+    };
+    bar.phase("running", nameOfSolver(order.solvers.front()));
     bar.start();
-    return studySolvers(plane, order, [&bar](double done, int id) {
-        bar.setLabel("solve: " + solverListing()[static_cast<std::size_t>(id)].name);
+    return studySolvers(plane, order, [&](double done, int id) {
+        bar.setLabel("solve: " + nameOfSolver(id));
         bar.update(done);
         return true;
     });
