@@ -79,7 +79,8 @@ SolverStudy studySolvers(const FloatImage& plane, const StudyOrder& order,
     study.unknowns = system.unknowns();
     study.start = measureSolution(system, exact, picture);
     study.exactResidual = system.residual(exact);
-    study.roundedResidual = system.residual(std::vector<float>(exact.begin(), exact.end()));
+    study.rounded =
+        measureSolution(system, exact, std::vector<float>(exact.begin(), exact.end()));
     study.rightSideNorm = normOf(picture);
 
     const SolverTask task{order.settings.scheme, width, height, order.solverIterations};

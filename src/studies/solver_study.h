@@ -64,8 +64,7 @@ struct SolverStudy {
     StudyPoint start;  ///< the picture itself as solution
     double rightSideNorm = 0.0;
     double exactResidual = 0.0;  ///< of the exact solution in double
-    double roundedResidual =
-        0.0;  ///< of the exact solution rounded to float: no float does better
+    StudyPoint rounded;          ///< the exact solution rounded to floats
     std::vector<SolverRecordOfStudy> solvers;
 };
 

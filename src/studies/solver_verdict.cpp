@@ -27,7 +27,7 @@ struct Tolerances {
 
 Tolerances tolerancesOf(const SolverStudy& study) {
     const double stated = kStudyTolerance * std::sqrt(static_cast<double>(study.systems));
-    const double absolute = kRoundingSlack * std::max(stated, study.roundedResidual);
+    const double absolute = kRoundingSlack * std::max(stated, study.rounded.residual);
     return {absolute, std::max(absolute, 2.0 * kStudyTolerance * study.rightSideNorm)};
 }
 

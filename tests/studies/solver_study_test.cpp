@@ -100,8 +100,8 @@ TEST(SolverStudy, TellsOfTheSystem) {
     EXPECT_GT(study.start.residual, 1.0);
     EXPECT_GT(study.start.differenceMax, study.start.differenceMean);
     EXPECT_LT(study.exactResidual, 1e-10);
-    EXPECT_GT(study.roundedResidual, study.exactResidual);
-    EXPECT_LT(study.roundedResidual, 1e-3);
+    EXPECT_GT(study.rounded.residual, study.exactResidual);
+    EXPECT_LT(study.rounded.residual, 1e-3);
 }
 
 TEST(SolverStudy, RefusesAPlaneThatIsTooSmallForTheScheme) {

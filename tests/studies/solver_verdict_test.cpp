@@ -19,8 +19,8 @@ SolverRecordOfStudy judged(const std::function<Line(int)>& script, int solverIte
     SolverStudy study;
     study.systems = 1;
     study.start = measureSolution(bench.system, bench.exact, bench.system.rightSide());
-    study.roundedResidual =
-        bench.system.residual(std::vector<float>(bench.exact.begin(), bench.exact.end()));
+    study.rounded = measureSolution(bench.system, bench.exact,
+                                    std::vector<float>(bench.exact.begin(), bench.exact.end()));
     for (const float sample : bench.system.rightSide()) {
         study.rightSideNorm += static_cast<double>(sample) * sample;
     }

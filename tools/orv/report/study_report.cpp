@@ -80,7 +80,7 @@ void addSystem(JsonText& json, const Arguments& arguments, const SolverStudy& st
     json.memberNumber("startDifferenceMax", study.start.differenceMax);
     json.memberNumber("startDifferenceMean", study.start.differenceMean);
     json.memberNumber("exactResidual", study.exactResidual);
-    json.memberNumber("roundedResidual", study.roundedResidual);
+    json.memberNumber("roundedResidual", study.rounded.residual);
     json.end();
 }
 

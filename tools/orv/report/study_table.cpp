@@ -81,15 +81,20 @@ std::string counted(int count, std::string_view noun) {
 
 std::string head(const StudyReport& report) {
     const SolverStudy& study = report.study;
-    std::string text = std::string(report.arguments.choiceName("scheme")) + ", tau " +
-                       numberText(report.arguments.real("tau")) + ": ";
-    if (study.systems > 1) {
-        text += counted(study.systems, "system") + ", ";
-    }
-    text += counted(study.unknowns, "unknown") + "; start: residual " +
-            scientific(study.start.residual) + ", max difference " +
-            scientific(study.start.differenceMax);
-    return text + "\n\n";
+    return "First time step of " + std::string(report.arguments.choiceName("scheme")) +
+           " with tau " + numberText(report.arguments.real("tau")) + ": " +
+           counted(study.systems, "system") + ", " + counted(study.unknowns, "unknown") +
+           "\n\n";
+}
+
+/// A row to compare the solvers with.
+std::string measureRow(const std::string& name, std::size_t nameWidth,
+                       const StudyPoint& point) {
+    std::string row =
+        rowOf("", name, nameWidth, "",
+              {"", scientific(point.residual), scientific(point.differenceMax), ""});
+    row.resize(row.find_last_not_of(" \n") + 1);
+    return row + "\n";
 }
 
 }  // namespace
@@ -102,6 +107,8 @@ std::string studyTable(const StudyReport& report) {
     std::string text = head(report);
     text += rowOf("id", "name", nameWidth, "status",
                   {"iterations", "residual", "max difference", "time"});
+    text += measureRow("(the picture)", nameWidth, report.study.start);
+    text += measureRow("(exact as floats)", nameWidth, report.study.rounded);
     for (const SolverRecordOfStudy& record : report.study.solvers) {
         text += solverRow(record, nameWidth);
     }
