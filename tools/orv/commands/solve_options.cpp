@@ -66,8 +66,11 @@ std::string unknownSolver(std::string_view word) {
     for (const SolverEntry& entry : solverListing()) {
         names.push_back(entry.name);
     }
-    return "--solvers: '" + std::string(word) + "' is not known" + didYouMean(word, names) +
-           " (expected " + std::string(kTexts[0].expected) + ")";
+    const std::string problem =
+        sameWord(word, "all")
+            ? "'all' goes with no other name"
+            : "'" + std::string(word) + "' is not known" + didYouMean(word, names);
+    return "--solvers: " + problem + " (expected " + std::string(kTexts[0].expected) + ")";
 }
 
 std::string_view trimmed(std::string_view word) {
