@@ -64,11 +64,11 @@ void RealVector::allocate(int n) {
 }
 
 void RealVector::Fill(float value) {
-    std::fill(data_, data_ + std::max(size_, 0), value);
+    vectorKernels().fill(data_, value, size_);
 }
 
 void RealVector::FillRange(int start, int count, float value) {
-    std::fill(data_ + start, data_ + start + std::max(count, 0), value);
+    vectorKernels().fill(data_ + start, value, count);
 }
 
 void RealVector::CopyFrom(const RealVector& other) {

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <vector>
 
 #include "base/cpu_features.h"
+#include "support/kernel_targets.h"
 #include "support/matrix_support.h"
 
 namespace orv {
@@ -37,8 +40,11 @@ std::vector<double> resultsOf(const VectorKernels& kernels, int n, int shift) {
     kernels.scaleAddScaled2(v, 0.8f, 0.1f, x, 0.3f, z, n);
     kernels.addProduct(v, x, y, n);
     kernels.addTridiagonalProduct(v, x, y, z, array(4), n);
+    const BandTerm terms[kBandTerms] = {{x, y}, {y, z}, {z, x}, {x, x}, {z, z}};
+    kernels.addBandRows(v, terms, n % (kBandTerms + 1), n);
     kernels.setScaled(array(4), 1.3f, x, n);
     kernels.setDifference(array(5), y, z, n);
+    kernels.fill(array(5), -0.0f, n / 2);
     kernels.accumulateProduct(sums.data(), x, y, n);
     const float rows[] = {0.1f, -0.7f, 0.3f, 0.9f};
     kernels.accumulateRows4(sums.data(), rows, x, y, z, v, n);
@@ -66,6 +72,131 @@ TEST(VectorKernels, EveryTargetGivesTheBitsOfGeneric) {
                           0)
                     << nameOf(target) << ", n " << n << ", shift " << shift;
             }
+        }
+    }
+}
+
+// Where two NaNs meet, the compiler may choose which of them stays: bits count for numbers.
+void expectSameNumbers(const std::vector<float>& actual, const std::vector<float>& expected) {
+    ASSERT_EQ(actual.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        if (std::isnan(expected[i])) {
+            EXPECT_TRUE(std::isnan(actual[i])) << "at " << i;
+        } else {
+            EXPECT_EQ(std::memcmp(&actual[i], &expected[i], sizeof(float)), 0) << "at " << i;
+        }
+    }
+}
+
+// n repeatable floats, among them zeros of both signs, infinities, NaN and halves of an ulp.
+std::vector<float> awkwardFloats(int n, unsigned seed) {
+    const float awkward[] = {0.0f, -0.0f, HUGE_VALF, -HUGE_VALF, NAN, 0x1p-140f, 0x1p127f};
+    const RealVector random = test::randomVector(n, seed);
+    std::vector<float> values(random.data(), random.data() + n);
+    for (std::size_t i = seed % 3u; i < values.size(); i += 3u) {
+        values[i] = awkward[(i + seed) % 7u];
+    }
+    return values;
+}
+
+TEST(VectorKernels, BandRowsHaveTheBitsOfOnePassADiagonal) {
+    for (const KernelTarget target : test::availableTargets()) {
+        const VectorKernels& kernels = vectorKernels(target);
+        for (int n = 0; n <= 70; ++n) {
+            for (int count = 0; count <= kBandTerms; ++count) {
+                SCOPED_TRACE(testing::Message()
+                             << nameOf(target) << ", n " << n << ", count " << count);
+                std::vector<std::vector<float>> values;
+                const std::vector<float> x = awkwardFloats(n + 8, 90u);
+                std::vector<BandTerm> terms;
+                for (int k = 0; k < count; ++k) {
+                    values.push_back(awkwardFloats(n, static_cast<unsigned>(10 * n + k)));
+                }
+                for (int k = 0; k < count; ++k) {
+                    terms.push_back({values[static_cast<std::size_t>(k)].data(), x.data() + k});
+                }
+                // One float beyond the rows, which has to stay.
+                const std::vector<float> given = awkwardFloats(n + 1, 91u);
+                std::vector<float> added = given;
+                std::vector<float> set = given;
+                for (int i = 0; i < n; ++i) {
+                    const std::size_t at = static_cast<std::size_t>(i);
+                    set[at] = 0.0f;
+                    for (const BandTerm& term : terms) {
+                        added[at] = added[at] + term.values[i] * term.x[i];
+                        set[at] = set[at] + term.values[i] * term.x[i];
+                    }
+                }
+
+                std::vector<float> actual = given;
+                kernels.addBandRows(actual.data(), terms.data(), count, n);
+                expectSameNumbers(actual, added);
+                actual = given;
+                kernels.setBandRows(actual.data(), terms.data(), count, n);
+                expectSameNumbers(actual, set);
+            }
+        }
+    }
+}
+
+TEST(VectorKernels, BandRowsThatStartFromZeroLoseTheSignOfAZero) {
+    const float minus[] = {-0.0f};
+    const float one[] = {1.0f};
+    const BandTerm term = {minus, one};
+    for (const KernelTarget target : test::availableTargets()) {
+        float set[] = {7.0f};
+        float added[] = {-0.0f};
+
+        vectorKernels(target).setBandRows(set, &term, 1, 1);
+        vectorKernels(target).addBandRows(added, &term, 1, 1);
+
+        EXPECT_FALSE(std::signbit(set[0]));
+        EXPECT_TRUE(std::signbit(added[0]));
+    }
+}
+
+TEST(VectorKernels, TridiagonalProductsRoundTheirThreeTermsOnce) {
+    for (const KernelTarget target : test::availableTargets()) {
+        const VectorKernels& kernels = vectorKernels(target);
+        for (int n = 0; n <= 70; ++n) {
+            SCOPED_TRACE(testing::Message() << nameOf(target) << ", n " << n);
+            const std::vector<float> below = awkwardFloats(n, 1u);
+            const std::vector<float> main = awkwardFloats(n, 2u);
+            const std::vector<float> above = awkwardFloats(n, 3u);
+            const std::vector<float> x = awkwardFloats(n, 4u);
+            const std::vector<float> given = awkwardFloats(n, 5u);
+            std::vector<float> set = given;
+            std::vector<float> added = given;
+            for (std::size_t i = 1; i + 1 < given.size(); ++i) {
+                const double terms = (double{above[i]} * double{x[i + 1]} +
+                                      double{below[i - 1]} * double{x[i - 1]}) +
+                                     double{main[i]} * double{x[i]};
+                set[i] = static_cast<float>(terms);
+                added[i] = static_cast<float>(double{given[i]} + terms);
+            }
+
+            std::vector<float> actual = given;
+            kernels.setTridiagonalProduct(actual.data(), below.data(), main.data(),
+                                          above.data(), x.data(), n);
+            expectSameNumbers(actual, set);
+            actual = given;
+            kernels.addTridiagonalProduct(actual.data(), below.data(), main.data(),
+                                          above.data(), x.data(), n);
+            expectSameNumbers(actual, added);
+        }
+    }
+}
+
+TEST(VectorKernels, FillWritesItsRunAlone) {
+    for (const KernelTarget target : test::availableTargets()) {
+        for (const int n : {-1, 0, 1, 3, 16, 33}) {
+            std::vector<float> expected(40, 2.0f);
+            std::fill(expected.begin() + 1, expected.begin() + 1 + std::max(n, 0), -0.0f);
+            std::vector<float> actual(40, 2.0f);
+
+            vectorKernels(target).fill(actual.data() + 1, -0.0f, n);
+
+            expectSameNumbers(actual, expected);
         }
     }
 }

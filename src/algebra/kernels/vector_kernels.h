@@ -4,6 +4,15 @@
 
 namespace orv {
 
+/// What one stored diagonal adds to a run of rows: values[i] x[i].
+struct BandTerm {
+    const float* values;
+    const float* x;
+};
+
+/// How many diagonals one call of the band kernels takes: the five of a plane's system.
+inline constexpr int kBandTerms = 5;
+
 /// The loops over contiguous memory under RealVector and the matrices.
 ///
 /// Every target gives the same bits. Arrays may be the same array, but not overlap otherwise.
@@ -17,6 +26,8 @@ struct VectorKernels {
     /// Sum of x[i].
     double (*sum)(const float* x, int n);
 
+    /// v[i] = a
+    void (*fill)(float* v, float a, int n);
     /// v[i] += a
     void (*addScalar)(float* v, float a, int n);
     /// v[i] *= a
@@ -44,8 +55,13 @@ struct VectorKernels {
     void (*scaleAddScaled2)(float* v, float a, float b, const float* x, float c, const float* y,
                             int n);
 
-    /// y[i] += v[i] x[i], float: one diagonal of a band product.
+    /// y[i] += v[i] x[i], float.
     void (*addProduct)(float* y, const float* v, const float* x, int n);
+    /// y[i] = ((0 + term 0) + term 1) + ..., float, each operation rounded: rows that `count`
+    /// diagonals reach, 0 to kBandTerms. No array overlaps y.
+    void (*setBandRows)(float* y, const BandTerm* terms, int count, int n);
+    /// y[i] = ((y[i] + term 0) + term 1) + ..., likewise.
+    void (*addBandRows)(float* y, const BandTerm* terms, int count, int n);
     /// sums[i] += v[i] x[i] in double: one diagonal of a row sum.
     void (*accumulateProduct)(double* sums, const float* v, const float* x, int n);
     /// sums[i] += a[0] x0[i] + ... + a[3] x3[i] in double, the terms one after the other: four
@@ -57,6 +73,9 @@ struct VectorKernels {
     /// y[i] += above[i] x[i + 1] + below[i - 1] x[i - 1] + main[i] x[i] for i from 1 to n - 2;
     /// the three terms are summed in double in this order, y is added, the sum rounded once.
     void (*addTridiagonalProduct)(float* y, const float* below, const float* main,
+                                  const float* above, const float* x, int n);
+    /// y[i] = the same three terms, rounded once.
+    void (*setTridiagonalProduct)(float* y, const float* below, const float* main,
                                   const float* above, const float* x, int n);
 };
 

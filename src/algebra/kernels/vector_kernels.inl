@@ -40,6 +40,12 @@ double sum(const float* x, int n) {
     return sumInLanes(n, [x](int i) { return double{x[i]}; });
 }
 
+void fill(float* v, float a, int n) {
+    for (int i = 0; i < n; ++i) {
+        v[i] = a;
+    }
+}
+
 void addScalar(float* v, float a, int n) {
     for (int i = 0; i < n; ++i) {
         v[i] = v[i] + a;
@@ -131,6 +137,54 @@ void addProduct(float* y, const float* v, const float* x, int n) {
     }
 }
 
+// One pass over y for all diagonals: a row is summed in a register, in the order of the terms.
+template <int kCount, bool kFromZero>
+void sumBandRows(float* __restrict y, const BandTerm* terms, int n) {
+    const float* values[kCount];
+    const float* x[kCount];
+    for (int k = 0; k < kCount; ++k) {
+        values[k] = terms[k].values;
+        x[k] = terms[k].x;
+    }
+    for (int i = 0; i < n; ++i) {
+        float sum = kFromZero ? 0.0f : y[i];
+        for (int k = 0; k < kCount; ++k) {
+            sum = sum + values[k][i] * x[k][i];
+        }
+        y[i] = sum;
+    }
+}
+
+template <bool kFromZero>
+void sumBandRowsOf(float* y, const BandTerm* terms, int count, int n) {
+    static_assert(kBandTerms == 5);
+    switch (count) {
+        case 1:
+            return sumBandRows<1, kFromZero>(y, terms, n);
+        case 2:
+            return sumBandRows<2, kFromZero>(y, terms, n);
+        case 3:
+            return sumBandRows<3, kFromZero>(y, terms, n);
+        case 4:
+            return sumBandRows<4, kFromZero>(y, terms, n);
+        case 5:
+            return sumBandRows<5, kFromZero>(y, terms, n);
+        default:
+            break;
+    }
+}
+
+void setBandRows(float* y, const BandTerm* terms, int count, int n) {
+    if (count == 0) {
+        fill(y, 0.0f, n);
+    }
+    sumBandRowsOf<true>(y, terms, count, n);
+}
+
+void addBandRows(float* y, const BandTerm* terms, int count, int n) {
+    sumBandRowsOf<false>(y, terms, count, n);
+}
+
 void accumulateProduct(double* sums, const float* v, const float* x, int n) {
     for (int i = 0; i < n; ++i) {
         sums[i] = sums[i] + double{v[i]} * double{x[i]};
@@ -156,13 +210,24 @@ void accumulateScaled(double* __restrict sums, float a, const float* x, int n) {
     }
 }
 
+// The terms of row i of a tridiagonal product.
+inline double lineTerms(const float* below, const float* main, const float* above,
+                        const float* x, int i) {
+    return (double{above[i]} * double{x[i + 1]} + double{below[i - 1]} * double{x[i - 1]}) +
+           double{main[i]} * double{x[i]};
+}
+
 void addTridiagonalProduct(float* __restrict y, const float* below, const float* main,
                            const float* above, const float* x, int n) {
     for (int i = 1; i < n - 1; ++i) {
-        const double terms =
-            (double{above[i]} * double{x[i + 1]} + double{below[i - 1]} * double{x[i - 1]}) +
-            double{main[i]} * double{x[i]};
-        y[i] = static_cast<float>(double{y[i]} + terms);
+        y[i] = static_cast<float>(double{y[i]} + lineTerms(below, main, above, x, i));
+    }
+}
+
+void setTridiagonalProduct(float* __restrict y, const float* below, const float* main,
+                           const float* above, const float* x, int n) {
+    for (int i = 1; i < n - 1; ++i) {
+        y[i] = static_cast<float>(lineTerms(below, main, above, x, i));
     }
 }
 
@@ -173,6 +238,7 @@ const VectorKernels kVectorKernels = {
     sumOfSquares,
     dot,
     sum,
+    fill,
     addScalar,
     multiplyScalar,
     divideScalar,
@@ -186,10 +252,13 @@ const VectorKernels kVectorKernels = {
     scaleAddScaled,
     scaleAddScaled2,
     addProduct,
+    setBandRows,
+    addBandRows,
     accumulateProduct,
     accumulateRows4,
     accumulateScaled,
     addTridiagonalProduct,
+    setTridiagonalProduct,
 };
 
 }  // namespace orv::ORV_KERNEL_NAMESPACE

@@ -16,26 +16,6 @@ namespace {
 // Rows of y that all diagonals visit before the next rows: they stay in the first cache level.
 constexpr int kProductRows = 2048;
 
-// y[i] += A(i + offset, i) x[i + offset] for the rows of one block, in float.
-void addStrandProduct(const BandStrand& strand, int first, int last, int n, const float* x,
-                      float* y) {
-    const int from = std::max(first, -strand.offset);
-    const int to = std::min(last, n - strand.offset);
-    if (from < to) {
-        vectorKernels().addProduct(y + from,
-                                   strand.values + (from + std::min(strand.offset, 0)),
-                                   x + (from + strand.offset), to - from);
-    }
-}
-
-void addBandProduct(const std::vector<BandStrand>& strands, int n, const float* x, float* y) {
-    for (int first = 0; first < n; first += kProductRows) {
-        for (const BandStrand& strand : strands) {
-            addStrandProduct(strand, first, std::min(first + kProductRows, n), n, x, y);
-        }
-    }
-}
-
 std::unique_ptr<IndexList> clearedList(std::unique_ptr<IndexList> list, int capacity) {
     if (list == nullptr) {
         return std::make_unique<IndexList>(capacity);
@@ -206,14 +186,84 @@ void BandMatrix::Divide(float a) {
     }
 }
 
+// A diagonal of the transpose is the mirrored one with the same values, and the diagonals come
+// in reverse.
+BandStrand BandMatrix::productStrand(int k, bool transposed) const {
+    const int last = diagonalCount_ - 1;
+    const int position = positions_[static_cast<std::size_t>(transposed ? last - k : k)];
+    const int offset = position - center_;
+    return {diagonal(position)->data(), transposed ? -offset : offset};
+}
+
+int BandMatrix::sameStrandsUntil(int row, bool transposed) const {
+    int end = std::min(row + kProductRows, n_);
+    for (int k = 0; k < diagonalCount_; ++k) {
+        const int offset = productStrand(k, transposed).offset;
+        const int change = row < -offset ? -offset : n_ - offset;
+        end = change > row ? std::min(end, change) : end;
+    }
+    return end;
+}
+
+void BandMatrix::multiplyRows(int first, int last, bool transposed, bool accumulate,
+                              const float* x, float* y) const {
+    const VectorKernels& kernels = vectorKernels();
+    BandTerm terms[kBandTerms];
+    int count = 0;
+    bool adds = accumulate;
+    const auto sumTerms = [&] {
+        const auto sumRows = adds ? kernels.addBandRows : kernels.setBandRows;
+        sumRows(y + first, terms, count, last - first);
+        adds = true;
+        count = 0;
+    };
+    for (int k = 0; k < diagonalCount_; ++k) {
+        const BandStrand strand = productStrand(k, transposed);
+        const int column = first + strand.offset;
+        if (column < 0 || column >= n_) {
+            continue;
+        }
+        if (count == kBandTerms) {
+            sumTerms();
+        }
+        terms[count++] = {strand.values + (first + std::min(strand.offset, 0)), x + column};
+    }
+    sumTerms();
+}
+
+void BandMatrix::multiply(bool transposed, bool accumulate, const float* x, float* y) const {
+    for (int first = 0; first < n_;) {
+        const int last = sameStrandsUntil(first, transposed);
+        multiplyRows(first, last, transposed, accumulate, x, y);
+        first = last;
+    }
+}
+
+std::unique_ptr<RealVector> BandMatrix::multiplyAll(const RealVector& x, bool transposed,
+                                                    std::unique_ptr<RealVector> y) const {
+    y = resultVector(std::move(y), n_);
+    if (x.size() != n_ || y == nullptr) {
+        return nullptr;
+    }
+    multiply(transposed, /*accumulate=*/false, x.data(), y->data());
+    y->FillRange(n_, y->size() - n_, 0.0f);
+    return y;
+}
+
 std::unique_ptr<RealVector> BandMatrix::MultiplyRange(const RealVector& x, int xFrom, int yFrom,
                                                       unsigned char accumulate,
                                                       std::unique_ptr<RealVector> y) const {
     y = rangeTarget(x, n_, yFrom, accumulate, std::move(y));
     if (y != nullptr) {
-        addBandProduct(allStrands(), n_, x.data() + xFrom, y->data() + yFrom);
+        multiply(/*transposed=*/false, /*accumulate=*/true, x.data() + xFrom,
+                 y->data() + yFrom);
     }
     return y;
+}
+
+std::unique_ptr<RealVector> BandMatrix::Multiply(const RealVector& x,
+                                                 std::unique_ptr<RealVector> y) const {
+    return multiplyAll(x, /*transposed=*/false, std::move(y));
 }
 
 std::unique_ptr<RealVector> BandMatrix::MultiplyTransposedRange(
@@ -221,15 +271,14 @@ std::unique_ptr<RealVector> BandMatrix::MultiplyTransposedRange(
     std::unique_ptr<RealVector> y) const {
     y = rangeTarget(x, n_, yFrom, accumulate, std::move(y));
     if (y != nullptr) {
-        // A diagonal of the transpose is the mirrored one with the same values.
-        std::vector<BandStrand> mirrored = allStrands();
-        std::reverse(mirrored.begin(), mirrored.end());
-        for (BandStrand& strand : mirrored) {
-            strand.offset = -strand.offset;
-        }
-        addBandProduct(mirrored, n_, x.data() + xFrom, y->data() + yFrom);
+        multiply(/*transposed=*/true, /*accumulate=*/true, x.data() + xFrom, y->data() + yFrom);
     }
     return y;
+}
+
+std::unique_ptr<RealVector> BandMatrix::MultiplyTransposed(
+    const RealVector& x, std::unique_ptr<RealVector> y) const {
+    return multiplyAll(x, /*transposed=*/true, std::move(y));
 }
 
 void BandMatrix::PrintTo(std::FILE* file) const {

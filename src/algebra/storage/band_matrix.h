@@ -50,14 +50,20 @@ class BandMatrix final : public Matrix {
     double StdDev() const override;
     void Scale(float a) override;
     void Divide(float a) override;
-    /// One diagonal after the other in the order of the positions, in float.
+    /// Row by row, the terms in the order of the positions, in float.
     std::unique_ptr<RealVector> MultiplyRange(const RealVector& x, int xFrom, int yFrom,
                                               unsigned char accumulate,
                                               std::unique_ptr<RealVector> y) const override;
-    /// One diagonal after the other against the order of the positions, in float.
+    /// Row by row, the terms in the order of the positions, in float; fills y beyond with 0.
+    std::unique_ptr<RealVector> Multiply(const RealVector& x,
+                                         std::unique_ptr<RealVector> y) const override;
+    /// Row by row, the terms against the order of the positions, in float.
     std::unique_ptr<RealVector> MultiplyTransposedRange(
         const RealVector& x, int xFrom, int yFrom, unsigned char accumulate,
         std::unique_ptr<RealVector> y) const override;
+    /// Row by row, the terms against the order of the positions; fills y beyond with 0.
+    std::unique_ptr<RealVector> MultiplyTransposed(
+        const RealVector& x, std::unique_ptr<RealVector> y) const override;
     void PrintTo(std::FILE* file) const override;
     std::unique_ptr<Matrix> ToStrictLower() const override;
     std::unique_ptr<Matrix> ToStrictUpper() const override;
@@ -148,6 +154,16 @@ class BandMatrix final : public Matrix {
     std::vector<BandStrand> allStrands() const;
 
   private:
+    /// The k-th diagonal of a product with the matrix or with its transpose.
+    BandStrand productStrand(int k, bool transposed) const;
+    /// The end of the rows from `row` on that the same diagonals reach, a block at the most.
+    int sameStrandsUntil(int row, bool transposed) const;
+    /// The rows from first to last - 1, which the same diagonals reach.
+    void multiplyRows(int first, int last, bool transposed, bool accumulate, const float* x,
+                      float* y) const;
+    void multiply(bool transposed, bool accumulate, const float* x, float* y) const;
+    std::unique_ptr<RealVector> multiplyAll(const RealVector& x, bool transposed,
+                                            std::unique_ptr<RealVector> y) const;
     std::unique_ptr<BandMatrix> part(int from, int count, bool addMain) const;
     std::vector<BandStrand> strands(int from, int count) const;
 

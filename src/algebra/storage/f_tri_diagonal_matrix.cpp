@@ -18,25 +18,38 @@ namespace orv {
 
 namespace {
 
-// What a sum starts from so that it is the sum itself: 0 + -0 would lose the sign.
-constexpr float kNeutral = -0.0f;
+double term(float element, float x) {
+    return double{element} * double{x};
+}
 
 // y += the product with the diagonals below, main and above; the end rows have two terms.
 void addLineProduct(int n, const float* below, const float* main, const float* above,
                     const float* x, float* y) {
     if (n == 1) {
-        y[0] = toFloat(double{y[0]} + double{main[0]} * double{x[0]});
+        y[0] = toFloat(double{y[0]} + term(main[0], x[0]));
     }
     if (n < 2) {
         return;
     }
     const int m = n - 1;
-    const double first = double{main[0]} * double{x[0]} + double{above[0]} * double{x[1]};
-    y[0] = toFloat(double{y[0]} + first);
+    y[0] = toFloat(double{y[0]} + (term(main[0], x[0]) + term(above[0], x[1])));
     vectorKernels().addTridiagonalProduct(y, below, main, above, x, n);
-    const double last =
-        double{below[m - 1]} * double{x[m - 1]} + double{main[m]} * double{x[m]};
-    y[m] = toFloat(double{y[m]} + last);
+    y[m] = toFloat(double{y[m]} + (term(below[m - 1], x[m - 1]) + term(main[m], x[m])));
+}
+
+// y = the same product.
+void setLineProduct(int n, const float* below, const float* main, const float* above,
+                    const float* x, float* y) {
+    if (n == 1) {
+        y[0] = toFloat(term(main[0], x[0]));
+    }
+    if (n < 2) {
+        return;
+    }
+    const int m = n - 1;
+    y[0] = toFloat(term(main[0], x[0]) + term(above[0], x[1]));
+    vectorKernels().setTridiagonalProduct(y, below, main, above, x, n);
+    y[m] = toFloat(term(below[m - 1], x[m - 1]) + term(main[m], x[m]));
 }
 
 std::unique_ptr<Matrix> singleDiagonal(int n, int position, const RealVector& values) {
@@ -199,8 +212,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::Multiply(const RealVector& x,
     if (x.size() != Rows() || y == nullptr) {
         return nullptr;
     }
-    y->FillRange(0, length_, kNeutral);
-    return MultiplyRange(x, 0, 0, /*accumulate=*/1, std::move(y));
+    setLineProduct(length_, lower_.data(), main_.data(), upper_.data(), x.data(), y->data());
+    return y;
 }
 
 std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyTransposedRange(
@@ -220,8 +233,8 @@ std::unique_ptr<RealVector> FTriDiagonalMatrix::MultiplyTransposed(
     if (x.size() != Rows() || y == nullptr) {
         return nullptr;
     }
-    y->FillRange(0, length_, kNeutral);
-    return MultiplyTransposedRange(x, 0, 0, /*accumulate=*/1, std::move(y));
+    setLineProduct(length_, upper_.data(), main_.data(), lower_.data(), x.data(), y->data());
+    return y;
 }
 
 void FTriDiagonalMatrix::PrintTo(std::FILE* file) const {
