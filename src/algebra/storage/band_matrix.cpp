@@ -99,6 +99,24 @@ std::vector<BandStrand> BandMatrix::allStrands() const {
     return strands(0, diagonalCount_);
 }
 
+BandRows& BandMatrix::triangleRows(BandSide side, BandOrder order) const {
+    const bool rising = order == BandOrder::ColumnRising;
+    const std::size_t index = (side == BandSide::Upper ? 2U : 0U) + (rising ? 1U : 0U);
+    std::unique_ptr<BandRows>& reader = readers_[index];
+    if (reader == nullptr) {
+        std::vector<BandStrand> chosen =
+            side == BandSide::Upper ? upperStrands() : lowerStrands();
+        reader = std::make_unique<BandRows>(
+            n_, rising ? inColumnOrder(std::move(chosen)) : std::move(chosen));
+    }
+    // A diagonal may have been given other elements, and other memory, since the last time.
+    for (int k = 0; k < reader->count(); ++k) {
+        reader->setValues(k, diagonal(center_ + reader->offset(k))->data());
+    }
+    reader->rewind();
+    return *reader;
+}
+
 std::unique_ptr<IndexList> BandMatrix::RowPattern(int i,
                                                   std::unique_ptr<IndexList> list) const {
     list = clearedList(std::move(list), diagonalCount_);

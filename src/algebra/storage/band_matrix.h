@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -7,6 +8,12 @@
 #include "algebra/storage/band_rows.h"
 
 namespace orv {
+
+/// The part of a band beside its main diagonal.
+enum class BandSide { Lower, Upper };
+
+/// In which order the diagonals of a row are summed.
+enum class BandOrder { AsStored, ColumnRising };
 
 /// A set of whole diagonals: the sparse system of the two-dimensional schemes.
 ///
@@ -152,6 +159,11 @@ class BandMatrix final : public Matrix {
     std::vector<BandStrand> upperStrands() const;
     /// All stored diagonals, in the order of the positions.
     std::vector<BandStrand> allStrands() const;
+    /// Reads the rows of one triangle without the main diagonal, from whichever end.
+    ///
+    /// Owns:    the matrix keeps one reader a side and order, made at the first call, so that
+    ///          later solves and sweeps allocate nothing; two of them must not run at a time.
+    BandRows& triangleRows(BandSide side, BandOrder order) const;
 
   private:
     /// The k-th diagonal of a product with the matrix or with its transpose.
@@ -175,6 +187,7 @@ class BandMatrix final : public Matrix {
     int upperCount_ = 0;
     std::vector<int> positions_;
     std::vector<std::unique_ptr<RealVector>> diagonals_;
+    mutable std::array<std::unique_ptr<BandRows>, 4> readers_;
 };
 
 }  // namespace orv

@@ -16,7 +16,7 @@ float mainElement(const RealVector* main, int i) {
     return main != nullptr ? (*main)[i] : 0.0f;
 }
 
-void substitute(BandRows rows, const RealVector* main, Diagonal diagonal, bool upwards,
+void substitute(BandRows& rows, const RealVector* main, Diagonal diagonal, bool upwards,
                 const RealVector& b, RealVector& x) {
     const int n = b.size();
     for (int step = 0; step < n; ++step) {
@@ -30,8 +30,8 @@ void substitute(BandRows rows, const RealVector* main, Diagonal diagonal, bool u
 class Sweep {
   public:
     explicit Sweep(const BandMatrix& A)
-        : lower_(A.Rows(), inColumnOrder(A.lowerStrands())),
-          upper_(A.Rows(), inColumnOrder(A.upperStrands())),
+        : lower_(A.triangleRows(BandSide::Lower, BandOrder::ColumnRising)),
+          upper_(A.triangleRows(BandSide::Upper, BandOrder::ColumnRising)),
           main_(A.diagonal(A.Rows() - 1)) {}
 
     // b[i] - l - u
@@ -44,8 +44,8 @@ class Sweep {
     float diagonal(int i) const { return mainElement(main_, i); }
 
   private:
-    BandRows lower_;
-    BandRows upper_;
+    BandRows& lower_;
+    BandRows& upper_;
     const RealVector* main_;
 };
 
@@ -57,7 +57,8 @@ std::unique_ptr<RealVector> BandMatrix::SolveUpper(const RealVector& b,
     if (x == nullptr) {
         return nullptr;
     }
-    substitute(BandRows(n_, upperStrands()), diagonal(center_), Diagonal::Divide,
+    substitute(triangleRows(BandSide::Upper, BandOrder::AsStored), diagonal(center_),
+               Diagonal::Divide,
                /*upwards=*/true, b, *x);
     return x;
 }
@@ -68,7 +69,7 @@ std::unique_ptr<RealVector> BandMatrix::SolveUnitUpper(const RealVector& b,
     if (x == nullptr) {
         return nullptr;
     }
-    substitute(BandRows(n_, inColumnOrder(upperStrands())), nullptr, Diagonal::Unit,
+    substitute(triangleRows(BandSide::Upper, BandOrder::ColumnRising), nullptr, Diagonal::Unit,
                /*upwards=*/true, b, *x);
     return x;
 }
@@ -79,7 +80,8 @@ std::unique_ptr<RealVector> BandMatrix::SolveLower(const RealVector& b,
     if (x == nullptr) {
         return nullptr;
     }
-    substitute(BandRows(n_, lowerStrands()), diagonal(center_), Diagonal::Divide,
+    substitute(triangleRows(BandSide::Lower, BandOrder::AsStored), diagonal(center_),
+               Diagonal::Divide,
                /*upwards=*/false, b, *x);
     return x;
 }
@@ -90,7 +92,7 @@ std::unique_ptr<RealVector> BandMatrix::SolveUnitLower(const RealVector& b,
     if (x == nullptr) {
         return nullptr;
     }
-    substitute(BandRows(n_, inColumnOrder(lowerStrands())), nullptr, Diagonal::Unit,
+    substitute(triangleRows(BandSide::Lower, BandOrder::ColumnRising), nullptr, Diagonal::Unit,
                /*upwards=*/false, b, *x);
     return x;
 }

@@ -26,6 +26,12 @@ class BandRows {
     int count() const { return static_cast<int>(strands_.size()); }
     /// Column offset of the k-th diagonal.
     int offset(int k) const { return strands_[static_cast<unsigned>(k)].offset; }
+    /// Points the k-th diagonal at other values; `rewind` comes before the next row.
+    void setValues(int k, const float* values) {
+        strands_[static_cast<unsigned>(k)].values = values;
+    }
+    /// Forgets the rows that were copied out: the values may have changed.
+    void rewind() { block_ = -1; }
     /// The elements of row i in the order of the diagonals, 0 where a diagonal doesn't reach
     /// it; valid until the next call. Rows are read fast in rising or in falling order.
     const float* row(int i);
