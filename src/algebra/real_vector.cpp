@@ -157,6 +157,14 @@ void RealVector::AddScaled(float a, const RealVector& x) {
     vectorKernels().addScaled(data_, a, x.data_, size_);
 }
 
+double RealVector::AddScaledSumOfSquares(float a, const RealVector& x) {
+    if (x.data_ == data_) {
+        AddScaled(a, x);
+        return SumOfSquares();
+    }
+    return vectorKernels().addScaledSumSquares(data_, a, x.data_, size_);
+}
+
 void RealVector::AddScaled2(float a, const RealVector& x, float b, const RealVector& y) {
     vectorKernels().addScaled2(data_, a, x.data_, b, y.data_, size_);
 }

@@ -85,6 +85,9 @@ class RealVector {
     void Add(const RealVector& x);
     /// this + a x.
     void AddScaled(float a, const RealVector& x);
+    /// this + a x, and then the sum of the squares: `AddScaled` and `SumOfSquares` in one pass,
+    /// with their bits.
+    double AddScaledSumOfSquares(float a, const RealVector& x);
     /// this + a x + b y.
     void AddScaled2(float a, const RealVector& x, float b, const RealVector& y);
     /// this + a x + b y + c z.

@@ -191,6 +191,21 @@ TEST(RealVector, OneProductIsRoundedTwiceAndTwoProductsOnce) {
     EXPECT_EQ(two[0], 0x1p-11f + 0x1p-24f);
 }
 
+TEST(RealVector, AnUpdateWithItsSumGivesTheBitsOfBothCalls) {
+    for (const int n : {0, 1, 9, 100}) {
+        RealVector separate = randomVector(n, 1);
+        RealVector together = separate;
+        const RealVector x = randomVector(n, 2);
+        RealVector doubled = x;
+
+        separate.AddScaled(0.7f, x);
+
+        EXPECT_EQ(together.AddScaledSumOfSquares(0.7f, x), separate.SumOfSquares());
+        EXPECT_EQ(elementsOf(together), elementsOf(separate));
+        EXPECT_EQ(doubled.AddScaledSumOfSquares(1.0f, doubled), 4.0 * x.SumOfSquares());
+    }
+}
+
 TEST(RealVector, PrintsFourDecimals) {
     EXPECT_EQ(test::standardOutputOf([] {
                   vectorOf({1, -2.5f}).Print();

@@ -33,6 +33,7 @@ std::vector<double> resultsOf(const VectorKernels& kernels, int n, int shift) {
     kernels.divideScalar(v, 0.9f, n);
     kernels.add(v, x, n);
     kernels.addScaled(v, 0.7f, y, n);
+    results.push_back(kernels.addScaledSumSquares(v, -0.4f, x, n));
     kernels.addScaled2(v, 0.6f, x, -0.2f, y, n);
     kernels.addScaled3(v, 0.6f, x, -0.2f, y, 1.1f, z, n);
     kernels.scaleAdd(v, 0.8f, z, n);
@@ -183,6 +184,46 @@ TEST(VectorKernels, TridiagonalProductsRoundTheirThreeTermsOnce) {
             kernels.addTridiagonalProduct(actual.data(), below.data(), main.data(),
                                           above.data(), x.data(), n);
             expectSameNumbers(actual, added);
+        }
+    }
+}
+
+TEST(VectorKernels, AnUpdateWithItsSumHasTheBitsOfBothAfterEachOther) {
+    for (const KernelTarget target : test::availableTargets()) {
+        const VectorKernels& kernels = vectorKernels(target);
+        for (int n = 0; n <= 70; ++n) {
+            SCOPED_TRACE(testing::Message() << nameOf(target) << ", n " << n);
+            const RealVector x = test::randomVector(n, 6u);
+            const RealVector given = test::randomVector(n + 1, 7u);
+            std::vector<float> expected(given.data(), given.data() + n + 1);
+            std::vector<float> actual = expected;
+            double lanes[8] = {};
+            for (int i = 0; i < n; ++i) {
+                float& updated = expected[static_cast<std::size_t>(i)];
+                updated = updated + -1.3f * x[i];
+                lanes[i % 8] += double{updated} * double{updated};
+            }
+            const double sum = ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) +
+                               ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7]));
+
+            const double actualSum =
+                kernels.addScaledSumSquares(actual.data(), -1.3f, x.data(), n);
+
+            expectSameNumbers(actual, expected);
+            EXPECT_EQ(actualSum, sum);
+        }
+    }
+}
+
+TEST(VectorKernels, AnUpdateWithItsSumPassesNanOn) {
+    for (const KernelTarget target : test::availableTargets()) {
+        for (const int at : {0, 7, 8, 18}) {
+            std::vector<float> v(19, 1.0f);
+            const std::vector<float> x(19, 2.0f);
+            v[static_cast<std::size_t>(at)] = NAN;
+
+            EXPECT_TRUE(std::isnan(
+                vectorKernels(target).addScaledSumSquares(v.data(), 0.5f, x.data(), 19)));
         }
     }
 }

@@ -42,6 +42,8 @@ struct VectorKernels {
     void (*add)(float* v, const float* x, int n);
     /// v[i] += a x[i], float
     void (*addScaled)(float* v, float a, const float* x, int n);
+    /// v[i] += a x[i], float; the sum of the squares of what v then holds. x isn't v.
+    double (*addScaledSumSquares)(float* v, float a, const float* x, int n);
     /// v[i] += a x[i] + b y[i], double, rounded once
     void (*addScaled2)(float* v, float a, const float* x, float b, const float* y, int n);
     /// v[i] += a x[i] + b y[i] + c z[i], double, rounded once

@@ -88,6 +88,15 @@ void addScaled(float* v, float a, const float* x, int n) {
     }
 }
 
+// The terms are asked for once each, in order, so the update can go along with the sum.
+double addScaledSumSquares(float* __restrict v, float a, const float* __restrict x, int n) {
+    return sumInLanes(n, [=](int i) {
+        const float updated = v[i] + a * x[i];
+        v[i] = updated;
+        return double{updated} * double{updated};
+    });
+}
+
 void addScaled2(float* v, float a, const float* x, float b, const float* y, int n) {
     const double da = a;
     const double db = b;
@@ -246,6 +255,7 @@ const VectorKernels kVectorKernels = {
     setDifference,
     add,
     addScaled,
+    addScaledSumSquares,
     addScaled2,
     addScaled3,
     scaleAdd,
