@@ -34,9 +34,8 @@ std::unique_ptr<RealVector> CgSolver::Iterate(const Matrix& A, const RealVector&
     const double rrOld = rr_;
     alpha_ = rrOld / p_->Dot(*q_);
     u->AddScaled(toFloat(alpha_), *p_);
-    r_->AddScaled(toFloat(-alpha_), *q_);
 
-    rr_ = r_->SumOfSquares();
+    rr_ = r_->AddScaledSumOfSquares(toFloat(-alpha_), *q_);
     if (std::sqrt(rr_) < tol_) {
         converged_ = true;
         return u;
