@@ -16,7 +16,7 @@
 namespace orv::bench {
 namespace {
 
-constexpr int kElementsPerTurn = 1 << 21;
+constexpr int kElementsPerTurn = 1 << 22;
 
 struct Vectors {
     RealVector v;
@@ -54,6 +54,10 @@ constexpr Operation kOperations[] = {
      [](Kernels k, Vectors& a) { k.setDifference(data(a.v), data(a.x), data(a.y), a.n); }},
     {"add-scaled", 2, 1,
      [](Kernels k, Vectors& a) { k.addScaled(data(a.v), 0.001F, data(a.x), a.n); }},
+    {"add-scaled-sum", 2, 1,
+     [](Kernels k, Vectors& a) {
+         a.sum = k.addScaledSumSquares(data(a.v), 0.001F, data(a.x), a.n);
+     }},
     {"scale-add", 2, 1,
      [](Kernels k, Vectors& a) { k.scaleAdd(data(a.v), 0.9F, data(a.x), a.n); }},
     {"add-scaled2", 3, 1,
@@ -112,7 +116,7 @@ void compare(benchmark::State& state, const Operation& operation, int n, KernelT
 }
 
 const bool kRegistered = [] {
-    for (const int n : {4096, 262144}) {
+    for (const int n : {4096, 262144, 4194304}) {
         for (const Operation& operation : kOperations) {
             for (const KernelTarget target :
                  {KernelTarget::Generic, KernelTarget::Avx2, KernelTarget::Avx512}) {
@@ -123,7 +127,7 @@ const bool kRegistered = [] {
                         name.c_str(), [=, &operation](benchmark::State& state) {
                             compare(state, operation, n, target);
                         });
-                    entry->UseManualTime()->Unit(benchmark::kMicrosecond)->Iterations(60);
+                    entry->UseManualTime()->Unit(benchmark::kMicrosecond)->Iterations(40);
                 }
             }
         }
