@@ -188,29 +188,66 @@ TEST(VectorKernels, TridiagonalProductsRoundTheirThreeTermsOnce) {
     }
 }
 
-TEST(VectorKernels, AnUpdateWithItsSumHasTheBitsOfBothAfterEachOther) {
+// Sizes on either side of the runs that the sums fetch ahead, and all small ones.
+std::vector<int> sizesOfSums() {
+    std::vector<int> sizes = {127, 128, 129, 255, 256, 1151, 1152, 1153, 1280, 4103};
+    for (int n = 0; n <= 70; ++n) {
+        sizes.push_back(n);
+    }
+    return sizes;
+}
+
+// The sum of the terms in the declared order.
+template <class Term>
+double sumOfLanes(int n, Term term) {
+    double lanes[8] = {};
+    for (int i = 0; i < n; ++i) {
+        lanes[i % 8] += term(i);
+    }
+    return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) +
+           ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7]));
+}
+
+TEST(VectorKernels, SumsHaveTheBitsOfTheDeclaredOrder) {
     for (const KernelTarget target : test::availableTargets()) {
         const VectorKernels& kernels = vectorKernels(target);
-        for (int n = 0; n <= 70; ++n) {
+        for (const int n : sizesOfSums()) {
             SCOPED_TRACE(testing::Message() << nameOf(target) << ", n " << n);
             const RealVector x = test::randomVector(n, 6u);
+            const RealVector y = test::randomVector(n, 7u);
+            const auto square = [&](int i) { return double{x[i]} * double{x[i]}; };
+            const auto product = [&](int i) { return double{x[i]} * double{y[i]}; };
+            const auto element = [&](int i) { return double{x[i]}; };
+
+            EXPECT_EQ(kernels.sumOfSquares(x.data(), n), sumOfLanes(n, square));
+            EXPECT_EQ(kernels.dot(x.data(), y.data(), n), sumOfLanes(n, product));
+            EXPECT_EQ(kernels.sum(x.data(), n), sumOfLanes(n, element));
+        }
+    }
+}
+
+TEST(VectorKernels, AnUpdateWithItsSumHasTheBitsOfBothAfterEachOther) {
+    for (const KernelTarget target : test::availableTargets()) {
+        for (const int n : sizesOfSums()) {
+            SCOPED_TRACE(testing::Message() << nameOf(target) << ", n " << n);
+            const RealVector x = test::randomVector(n, 6u);
+            // One float beyond the vector, which has to stay.
             const RealVector given = test::randomVector(n + 1, 7u);
             std::vector<float> expected(given.data(), given.data() + n + 1);
             std::vector<float> actual = expected;
-            double lanes[8] = {};
             for (int i = 0; i < n; ++i) {
                 float& updated = expected[static_cast<std::size_t>(i)];
                 updated = updated + -1.3f * x[i];
-                lanes[i % 8] += double{updated} * double{updated};
             }
-            const double sum = ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) +
-                               ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7]));
 
-            const double actualSum =
-                kernels.addScaledSumSquares(actual.data(), -1.3f, x.data(), n);
+            const double sum =
+                vectorKernels(target).addScaledSumSquares(actual.data(), -1.3f, x.data(), n);
 
             expectSameNumbers(actual, expected);
-            EXPECT_EQ(actualSum, sum);
+            EXPECT_EQ(sum, sumOfLanes(n, [&](int i) {
+                          const double updated = expected[static_cast<std::size_t>(i)];
+                          return updated * updated;
+                      }));
         }
     }
 }

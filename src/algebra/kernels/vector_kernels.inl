@@ -11,12 +11,36 @@ double joinLanes(const double* lanes) {
            ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7]));
 }
 
-// The sum of term(i) in the declared order. The lane loop has a fixed length, so that compilers
-// keep the lanes in vector registers.
-template <class Term>
-inline double sumInLanes(int n, Term term) {
+// Sums fetch kFetchAhead elements ahead, a run of kFetchRun at a time: the additions of a lane
+// wait for each other, and the processor's own prefetching falls behind.
+constexpr int kFetchRun = 128;
+constexpr int kFetchAhead = 1024;
+constexpr int kLineElements = 16;
+
+inline void fetchRun([[maybe_unused]] const float* first) {
+#if defined(__GNUC__)
+    for (int i = 0; i < kFetchRun; i += kLineElements) {
+        __builtin_prefetch(first + i);
+    }
+#endif
+}
+
+// The sum of term(i) in the declared order; fetch(i) announces a run. The lane loop and the run
+// have fixed lengths, so that compilers keep the lanes in vector registers.
+template <class Fetch, class Term>
+inline double sumInLanes(int n, Fetch fetch, Term term) {
     double lanes[kLanes] = {};
     int i = 0;
+    while (i + kFetchRun <= n) {
+        if (n - i >= kFetchAhead + kFetchRun) {
+            fetch(i + kFetchAhead);
+        }
+        for (const int end = i + kFetchRun; i < end; i += kLanes) {
+            for (int lane = 0; lane < kLanes; ++lane) {
+                lanes[lane] += term(i + lane);
+            }
+        }
+    }
     for (; i + kLanes <= n; i += kLanes) {
         for (int lane = 0; lane < kLanes; ++lane) {
             lanes[lane] += term(i + lane);
@@ -29,15 +53,23 @@ inline double sumInLanes(int n, Term term) {
 }
 
 double sumOfSquares(const float* x, int n) {
-    return sumInLanes(n, [x](int i) { return double{x[i]} * double{x[i]}; });
+    return sumInLanes(
+        n, [x](int i) { fetchRun(x + i); }, [x](int i) { return double{x[i]} * double{x[i]}; });
 }
 
 double dot(const float* x, const float* y, int n) {
-    return sumInLanes(n, [x, y](int i) { return double{x[i]} * double{y[i]}; });
+    return sumInLanes(
+        n,
+        [x, y](int i) {
+            fetchRun(x + i);
+            fetchRun(y + i);
+        },
+        [x, y](int i) { return double{x[i]} * double{y[i]}; });
 }
 
 double sum(const float* x, int n) {
-    return sumInLanes(n, [x](int i) { return double{x[i]}; });
+    return sumInLanes(
+        n, [x](int i) { fetchRun(x + i); }, [x](int i) { return double{x[i]}; });
 }
 
 void fill(float* v, float a, int n) {
@@ -90,11 +122,17 @@ void addScaled(float* v, float a, const float* x, int n) {
 
 // The terms are asked for once each, in order, so the update can go along with the sum.
 double addScaledSumSquares(float* __restrict v, float a, const float* __restrict x, int n) {
-    return sumInLanes(n, [=](int i) {
-        const float updated = v[i] + a * x[i];
-        v[i] = updated;
-        return double{updated} * double{updated};
-    });
+    return sumInLanes(
+        n,
+        [=](int i) {
+            fetchRun(v + i);
+            fetchRun(x + i);
+        },
+        [=](int i) {
+            const float updated = v[i] + a * x[i];
+            v[i] = updated;
+            return double{updated} * double{updated};
+        });
 }
 
 void addScaled2(float* v, float a, const float* x, float b, const float* y, int n) {
