@@ -263,44 +263,6 @@ void fillForOrder(Matrix& A) {
     }
 }
 
-// The sweep and the four substitutions, one after the other.
-std::vector<std::unique_ptr<RealVector>> sweepAndSolves(const BandMatrix& A,
-                                                        const RealVector& b) {
-    std::vector<std::unique_ptr<RealVector>> results;
-    results.push_back(A.SorSweep(b, 1.2f, nullptr));
-    results.push_back(A.SolveUpper(b, nullptr));
-    results.push_back(A.SolveUnitUpper(b, nullptr));
-    results.push_back(A.SolveLower(b, nullptr));
-    results.push_back(A.SolveUnitLower(b, nullptr));
-    return results;
-}
-
-TEST(BandMatrix, SolvesAndSweepsSeeElementsThatChangedSinceTheLastOne) {
-    for (const int n : {50, 90}) {
-        BandMatrix A = stencil(n, 9);
-        const RealVector b = randomVector(n, 3);
-        for (const bool moved : {false, true}) {
-            SCOPED_TRACE(testing::Message() << "n " << n << (moved ? ", moved" : ", written"));
-            sweepAndSolves(A, b);
-            for (const int position : {n - 10, n}) {
-                RealVector& values = *A.diagonal(position);
-                if (moved) {
-                    values = randomVector(values.size(), 5);
-                } else {
-                    values.MultiplyScalar(0.5f);
-                }
-            }
-
-            const auto results = sweepAndSolves(A, b);
-
-            const auto expected = sweepAndSolves(BandMatrix(A), b);
-            for (std::size_t k = 0; k < results.size(); ++k) {
-                expectSameBits(*results[k], *expected[k]);
-            }
-        }
-    }
-}
-
 TEST(BandMatrix, RowSumsRunWithTheColumnRisingAsInTheDefaults) {
     BandMatrix band = randomBand(4, {-3, -2, -1, 0, 1, 2, 3});
     PlainMatrix plain(4);
