@@ -61,6 +61,11 @@ std::unique_ptr<RealVector> CombinedKrylovSolver::Solve(const Matrix& A, const R
     for (int it = 0; it < maxIter_; ++it) {
         u = Iterate(A, b, std::move(u));
         ++k_;
+        if (lost_ && it + 1 < maxIter_) {
+            // What the inner solver keeps between solves has to meet the NaN as well; once is
+            // enough.
+            z_ = inner_->Solve(A, *r_, std::move(z_));
+        }
         if (converged_ || lost_) {
             break;
         }

@@ -22,7 +22,8 @@ namespace orv {
 /// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
 ///          most maxIter outer iterations.
 /// Fails:   h = 0 is not tested: u fills with NaN, and as no further iteration would change it
-///          the loop ends there, with `converged` low. This comes near
+///          the loop ends there, with `converged` low; if there were iterations left, the inner
+///          solver meets the NaN once, for what it keeps between solves. This comes near
 ///          when the inner solver gives its start vector back, as CBB does for residuals below
 ///          0.01, since the new direction is then the old one. Few iterations, up to 5 on lines
 ///          of grey levels, stay clear of it as a rule.

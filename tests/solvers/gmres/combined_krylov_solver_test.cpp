@@ -4,30 +4,100 @@
 
 #include <climits>
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <memory>
 #include <utility>
 #include <vector>
 
+#include "base/rounding.h"
+#include "solvers/gmres/gmres_solver.h"
+#include "solvers/gmres/mgcr_solver.h"
 #include "solvers/gradient/cbb_solver.h"
 #include "solvers/stationary/gauss_seidel_solver.h"
 #include "solvers/stationary/thomas_solver.h"
+#include "support/direct_solution.h"
+#include "support/krylov_systems.h"
+#include "support/matrix_support.h"
 #include "support/solver_systems.h"
 
 namespace orv {
 namespace {
 
+using test::allNan;
 using test::denseSolve;
 using test::diffusionLine;
+using test::directSolution;
 using test::dominantMatrix;
+using test::KrylovSystem;
+using test::krylovSystems;
 using test::largestError;
 using test::residualNorm;
+using test::sameBitsOrNan;
 using test::sameVectorBits;
+using test::scaledIdentity;
 using test::start;
+using test::times;
+using test::vectorOf;
 using test::wavyVector;
 
 std::unique_ptr<LinearSolver> cbb() {
     return std::make_unique<CbbSolver>(5, 0.0001);
 }
+
+enum class Inner { Gmres, Mgcr };
+
+/// The inner solvers of the two GMRESR forms, with the restart length that they are given.
+std::unique_ptr<LinearSolver> inner(Inner kind, int maxIter) {
+    if (kind == Inner::Gmres) {
+        return std::make_unique<GmresSolver>(maxIter, 0, 0.0001, false);
+    }
+    return std::make_unique<MgcrSolver>(maxIter, 0, 0.0001);
+}
+
+/// The method written down once more, with all its memory from the start and no early end.
+struct PlainCombined {
+    int maxIter;
+    std::size_t l;
+    std::unique_ptr<LinearSolver> inner;
+    double tol;
+    bool converged = false;
+
+    void solve(const Matrix& A, const RealVector& b, RealVector& u) {
+        std::vector<RealVector> search(l, RealVector(A.Rows()));
+        std::vector<RealVector> image(l, RealVector(A.Rows()));
+        converged = false;
+        RealVector r = b;
+        r.AddScaled(-1.0F, times(A, u));
+        if (std::sqrt(r.SumOfSquares()) < tol) {
+            return;
+        }
+        auto z = start(r);
+        std::size_t k = 0;
+        for (int it = 1; it <= maxIter && !converged; ++it) {
+            z = inner->Solve(A, r, std::move(z));
+            image[k] = times(A, *z);
+            for (std::size_t i = 0; i < k; ++i) {
+                const float e = toFloat(-(image[i].Dot(image[k])));
+                image[k].AddScaled(e, image[i]);
+                z->AddScaled(e, search[i]);
+            }
+            const float h = toFloat(std::sqrt(image[k].Dot(image[k])));
+            image[k].DivideScalar(h);
+            search[k] = *z;
+            search[k].DivideScalar(h);
+            const float alpha = toFloat(image[k].Dot(r));
+            u.AddScaled(alpha, search[k]);
+            r.AddScaled(-alpha, image[k]);
+            converged = std::sqrt(r.SumOfSquares()) < tol;
+            ++k;
+            if (!converged && k == l) {
+                *z = r;
+                k = 0;
+            }
+        }
+    }
+};
 
 /// An inner solver that gives the right-hand side back and notes its start vectors.
 class IdentitySolver : public LinearSolver {
@@ -62,6 +132,88 @@ TEST(CombinedKrylovSolver, SolvesDiffusionLinesWithAnInnerDescent) {
         // The smallest eigenvalue is 1, so the error is within the residual norm.
         EXPECT_LT(residualNorm(A, b, *u), 0.051) << n;
         EXPECT_LT(largestError(*u, denseSolve(A, b)), 0.051) << n;
+    }
+}
+
+TEST(CombinedKrylovSolver, SolvesAllSystemsWithGmresAndMgcrInside) {
+    for (const Inner kind : {Inner::Gmres, Inner::Mgcr}) {
+        for (const int l : {2, 5}) {
+            CombinedKrylovSolver solver(30, l, inner(kind, 5), 0.05);
+            for (const KrylovSystem& system : krylovSystems()) {
+                const auto u =
+                    solver.Solve(*system.A, system.b, start(RealVector(system.b.size())));
+
+                EXPECT_TRUE(solver.converged()) << system.name << l;
+                // A little more for rounding; eigenvalues are 1 and more.
+                EXPECT_LT(residualNorm(*system.A, system.b, *u), 0.051) << system.name << l;
+                EXPECT_LT(largestError(*u, directSolution(*system.A, system.b)), 0.051)
+                    << system.name << l;
+            }
+        }
+    }
+}
+
+TEST(CombinedKrylovSolver, GivesTheBitsOfThePlainMethodFromSolveToSolve) {
+    for (const Inner kind : {Inner::Gmres, Inner::Mgcr}) {
+        for (const int l : {2, 3, 10}) {
+            for (const int maxIter : {1, 2, 5, 12}) {
+                CombinedKrylovSolver solver(maxIter, l, inner(kind, 5), 0.001);
+                PlainCombined plain{maxIter, static_cast<std::size_t>(l), inner(kind, 5),
+                                    0.001};
+                for (const KrylovSystem& system : krylovSystems()) {
+                    RealVector expected = system.b;
+                    plain.solve(*system.A, system.b, expected);
+
+                    const auto u = solver.Solve(*system.A, system.b, nullptr);
+
+                    EXPECT_TRUE(sameVectorBits(*u, expected)) << system.name << l << maxIter;
+                    EXPECT_EQ(solver.converged(), plain.converged) << system.name << l;
+                }
+            }
+        }
+    }
+}
+
+TEST(CombinedKrylovSolver, KeepsItsToleranceApartFromThatOfItsInnerSolver) {
+    CombinedKrylovSolver solver(30, 3, inner(Inner::Gmres, 5), 0.05);
+    const FTriDiagonalMatrix A = diffusionLine(40, 2.0F);
+
+    const auto u = solver.Solve(A, wavyVector(40), nullptr);
+
+    const auto& gmres = dynamic_cast<const GmresSolver&>(solver.inner());
+    EXPECT_EQ(gmres.columns(), 2);
+    EXPECT_EQ(gmres.maxIter(), 5);
+    EXPECT_LE(gmres.tol(), 0.0001);
+    EXPECT_EQ(solver.tol(), 0.05);
+    // Stopped by its own tolerance: the inner one has not been reached.
+    EXPECT_TRUE(solver.converged());
+    EXPECT_GT(residualNorm(A, wavyVector(40), *u), 0.001);
+}
+
+TEST(CombinedKrylovSolver, LetsTheInnerSolverMeetALostResidual) {
+    // What MGCR keeps of it shows in the next solve, which needs one column only.
+    const FullMatrix A = scaledIdentity(3, 2.0F);
+    const RealVector b = vectorOf({0.0F, 8.0F, 0.0F});
+    const RealVector broken(3, std::numeric_limits<float>::infinity());
+    const FullMatrix zero(3, 0.0F);
+    for (const int maxIter : {1, 2, 6}) {
+        CombinedKrylovSolver solver(maxIter, 3, inner(Inner::Mgcr, 5), 0.0001);
+        PlainCombined plain{maxIter, 3, inner(Inner::Mgcr, 5), 0.0001};
+        const RealVector* const sides[] = {&b, &b, &b, &broken, &b};
+        const Matrix* const matrices[] = {&A, &zero, &A, &A, &A};
+        for (int i = 0; i < 5; ++i) {
+            RealVector expected(3, 0.0F);
+            plain.solve(*matrices[i], *sides[i], expected);
+
+            const auto u = solver.Solve(*matrices[i], *sides[i], start(RealVector(3)));
+
+            EXPECT_TRUE(sameBitsOrNan(*u, expected)) << maxIter << ", " << i;
+            EXPECT_EQ(solver.converged(), plain.converged) << maxIter << ", " << i;
+            // One iteration ends with the loss; of more, the next one meets it.
+            if (i == 2) {
+                EXPECT_EQ(allNan(*u), maxIter > 1) << maxIter;
+            }
+        }
     }
 }
 
