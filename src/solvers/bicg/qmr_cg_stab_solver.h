@@ -34,9 +34,10 @@ enum class QmrCgStabStep {
 /// Stops:   sqrt(r.r) < tol (absolute) on the start residual alone. In the loop |tau| >= |r|,
 ///          without a tolerance: tau is below |r| by its formula, so that the test holds when
 ///          r is 0 or theta^2 vanishes against 1; other runs take all of maxIter.
-/// Fails:   rho, omega, tau, tauTilde, rTilde.v, t.t and s.t are not tested against 0: u fills
-///          with infinities or NaN and the loop runs to maxIter. So ends a limit far beyond what
-///          the system needs: r falls on and on, and with |s| around 1e-23 the rounded s.t is 0.
+/// Fails:   rho, alpha, omega, tau, tauTilde, rTilde.v, t.t and s.t are not tested against 0: u
+///          fills with infinities or NaN and the loop runs to maxIter. So ends a limit far beyond
+///          what the system needs: r falls on and on, and with |s| around 1e-23 the rounded s.t
+///          is 0.
 /// Cost:    two products and 19 vector passes an iteration; 9 n floats kept.
 /// Quirk:   qmrcgstab-own-test, qmrcgstab2-step, stab-rounded-step
 /// Source:  [ChanGallopoulosSimonciniSzetoTong1994]

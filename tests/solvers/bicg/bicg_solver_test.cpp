@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 
 #include "support/bicg_support.h"
@@ -114,7 +115,7 @@ TEST(Quirk, BicgClearsStart) {
 
     const auto fromNull = solver.Solve(A, wavyVector(9), nullptr);
 
-    for (const float value : {0.0F, -7.0F, 1e30F}) {
+    for (const float value : {0.0F, -7.0F, 1e30F, std::numeric_limits<float>::quiet_NaN()}) {
         const auto u = solver.Solve(A, wavyVector(9), start(RealVector(9, value)));
         EXPECT_TRUE(sameVectorBits(*u, *fromNull)) << value;
     }

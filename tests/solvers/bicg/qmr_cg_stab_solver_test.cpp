@@ -129,6 +129,22 @@ TEST(QmrCgStabSolver, RaisesConvergedWhenTheResidualVanishes) {
     }
 }
 
+TEST(QmrCgStabSolver, RaisesConvergedWhenTheResidualIsTinyBesideTheStep) {
+    // A third unknown on its own: s = -2 e and r = s - 0.5 * 3 s = e there, 0 elsewhere. With
+    // theta = sqrt(2) e, 1 + theta^2 is 1 in double for e = 2^-30, and tau is |r|; for e = 2^-20
+    // it isn't.
+    const PlainMatrix A =
+        matrixOf({{1.0F, 0.0F, 0.0F}, {1.0F, 2.0F, 0.0F}, {0.0F, 0.0F, 3.0F}});
+    const auto converges = [&](float e) {
+        QmrCgStabSolver solver(1, 0.0, QmrCgStabStep::MinimalResidual);
+        (void)solver.Solve(A, vectorOf({1.0F, 0.0F, e}), start(RealVector(3)));
+        return solver.converged();
+    };
+
+    EXPECT_TRUE(converges(std::ldexp(1.0F, -30)));
+    EXPECT_FALSE(converges(std::ldexp(1.0F, -20)));
+}
+
 TEST(QmrCgStabSolver, EndsAsNanWithALimitFarBeyondItsNeed) {
     const FTriDiagonalMatrix A = diffusionLine(40, 2.0F);
     QmrCgStabSolver solver(200, 0.001, QmrCgStabStep::MinimalResidual);

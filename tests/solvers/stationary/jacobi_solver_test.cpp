@@ -14,6 +14,18 @@ using test::sameVectorBits;
 using test::start;
 using test::wavyVector;
 
+/// Counts the products.
+class CountingJacobiSolver : public JacobiSolver {
+  public:
+    using JacobiSolver::JacobiSolver;
+    std::unique_ptr<RealVector> Iterate(const Matrix& A, const RealVector& b,
+                                        std::unique_ptr<RealVector> u) override {
+        ++products;
+        return JacobiSolver::Iterate(A, b, std::move(u));
+    }
+    int products = 0;
+};
+
 TEST(JacobiSolver, GivesTheStartBackWithoutIterations) {
     const RealVector before = wavyVector(7);
     for (const int maxIter : {0, -3}) {
@@ -37,6 +49,14 @@ TEST(JacobiSolver, DoesNotDependOnTheLimitOrTheStart) {
     EXPECT_TRUE(sameVectorBits(*u, *often.Solve(A, b, start(RealVector(7, -9.0F)))));
     EXPECT_TRUE(sameVectorBits(*u, *often.Solve(A, b, /*rebuild=*/true, nullptr)));
     EXPECT_FALSE(often.converged());
+}
+
+TEST(JacobiSolver, MultipliesAsOftenAsTheLimitSays) {
+    CountingJacobiSolver solver(23, 1e30);
+
+    (void)solver.Solve(diffusionLine(7, 1.0F), wavyVector(7), nullptr);
+
+    EXPECT_EQ(solver.products, 23);
 }
 
 TEST(JacobiSolver, ServesSystemsOfChangingOrder) {
