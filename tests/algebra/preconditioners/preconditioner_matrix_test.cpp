@@ -100,7 +100,8 @@ TEST(PreconditionerMatrix, AsksEachFactorForTheSameProduct) {
             chain.SetFactor(k, std::make_unique<Recorder>(2, calls));
         }
 
-        (chain.*kProducts[p])(vectorOf({1, 2}), nullptr);
+        const Product product = kProducts[p];
+        (chain.*product)(vectorOf({1, 2}), nullptr);
 
         EXPECT_EQ(calls, letters[p]);
     }
