@@ -5,6 +5,7 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 #include "solvers/iterative_linear_solver.h"
@@ -78,18 +79,21 @@ const SolverCurve::Run& SolverCurve::run(int limit) {
 
 bool SolverCurve::trace(int solverIterations, const Check& check) {
     const std::vector<int> limits = studyLimits(solverIterations);
-    const auto count = static_cast<double>(limits.size());
+    // An iteration of one run counts as much as that of another.
+    const double work = std::accumulate(limits.begin(), limits.end(), 0.0);
+    double done = 0.0;
     for (std::size_t i = 0; i < limits.size(); ++i) {
-        if (!check(static_cast<double>(i) / count)) {
+        if (!check(done / work)) {
             return false;
         }
+        done += limits[i];
         const Run& now = run(limits[i]);
         if (direct_) {
             return true;
         }
         const bool still = i > 0 && alike(now, run(limits[i - 1]));
         if ((still || !now.finite) && i + 1 < limits.size()) {
-            if (!check(static_cast<double>(i) / count)) {
+            if (!check(done / work)) {
                 return false;
             }
             if (alike(now, run(limits.back()))) {

@@ -153,6 +153,7 @@ ExitCode process(const CommandLine& line, const std::string& command,
             return fail(ExitCode::File, error);
         }
     }
+    bar.setLabel("solve");
     bar.finish();
     if (!line.quiet || line.output.empty()) {
         print(studyTable(report) + "\n" + studySummary(report, bar.seconds(), line.output));
