@@ -18,8 +18,8 @@ namespace orv {
 /// Shapes:  A n x n; b, u and the work vectors r, v, t, vOld, wBar n floats.
 /// Stops:   sqrt(r.r) < tol on the start residual; then residual < tol, the estimate; both
 ///          absolute; at most maxIter iterations.
-/// Fails:   beta = 0, which every 1 x 1 system meets at once, fills u with NaN; `converged`
-///          stays low.
+/// Fails:   beta = 0, which every 1 x 1 system meets at once, fills u with NaN. The estimate of
+///          that step is still a number: if it is below tol, `converged` is raised with it.
 /// Cost:    one product and nine vector passes an iteration; 5 n floats kept.
 /// Quirk:   symmlq-zeta-stays
 /// Source:  [PaigeSaunders1975], section 5

@@ -140,8 +140,8 @@ TEST(MinresSolver, StopsOnTheProductOfItsSines) {
 }
 
 TEST(MinresSolver, EndsASystemOfOneUnknownAtItsStartVector) {
-    // beta = 0 makes eta = 0, which is below every tolerance, after an iteration that adds
-    // nothing.
+    // beta = 0 makes eta = 0, which is below every positive tolerance, after an iteration that
+    // adds nothing.
     FullMatrix A(1, 2.0F);
     MinresSolver solver(5, 0.0001);
 

@@ -185,6 +185,26 @@ TEST(SymmlqSolver, FillsASystemOfOneUnknownWithNan) {
     EXPECT_FALSE(solver.converged());
 }
 
+TEST(SymmlqSolver, FillsWithNanAndTrustsItsEstimateWhenTheKrylovSpaceEnds) {
+    // A = (4 1; 1 4), b = (4, 0): zeta = 4 / sqrt(17) and x = 8 / sqrt(17), so that the second
+    // step, whose beta is 0, estimates 32 / 17 = 1.88.
+    FullMatrix A(2, 1.0F);
+    A.Set(0, 0, 4.0F);
+    A.Set(1, 1, 4.0F);
+    RealVector b(2);
+    b[0] = 4.0F;
+    SymmlqSolver above(5, 1.9);
+    SymmlqSolver below(5, 1.8);
+
+    const auto trusted = above.Solve(A, b, start(RealVector(2)));
+    const auto refused = below.Solve(A, b, start(RealVector(2)));
+
+    EXPECT_TRUE(above.converged());
+    EXPECT_TRUE(std::isnan((*trusted)[0]));
+    EXPECT_FALSE(below.converged());
+    EXPECT_TRUE(std::isnan((*refused)[0]));
+}
+
 TEST(SymmlqSolver, GivesTheSameBitsInEverySolveWhileItsNumbersStayFinite) {
     const BandMatrix A = diffusionPlane(8, 6, 1.0F);
     SymmlqSolver solver(7, 1e-9);

@@ -155,13 +155,15 @@ TEST(TfqmrSolver, StopsOnItsSearchVector) {
 TEST(TfqmrSolver, TakesTwoHalfStepsOnASystemOfOneUnknown) {
     // A = 2, b = 6, u = 1: y = rTilde = w = 4, v = z = 2, sigma = 8, rho = 16, alpha = 2.
     // y = 0, w = 0: theta = 0, c = 1, tau = 0, eta = 2, d = 0: u stays; then theta = 0 / 0.
-    const FullMatrix A(1, 2.0F);
+    // The iteration ends there, with one product of its two.
+    const test::WatchingMatrix A(FullMatrix(1, 2.0F));
     TfqmrSolver solver(3, 0.0001);
 
     const auto u = solver.Solve(A, RealVector(1, 6.0F), start(RealVector(1, 1.0F)));
 
     EXPECT_TRUE(std::isnan((*u)[0]));
     EXPECT_TRUE(solver.converged());
+    EXPECT_EQ(A.products(), 2 + 1);
 }
 
 TEST(TfqmrSolver, LeavesTheIterationAfterItsHalfStepsWhenRhoWasZero) {
