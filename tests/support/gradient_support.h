@@ -8,7 +8,6 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "algebra/matrix.h"
@@ -72,26 +71,6 @@ inline bool isFinite(const RealVector& u) {
                        [](float element) { return std::isfinite(element); });
 }
 
-/// A matrix with the defaults of Matrix that notes each product with it and where the result
-/// was to go: null if there was no vector for it yet.
-class ProductRecorder : public PlainMatrix {
-  public:
-    explicit ProductRecorder(const Matrix& A) : PlainMatrix(A) {}
-
-    std::unique_ptr<RealVector> Multiply(const RealVector& x,
-                                         std::unique_ptr<RealVector> y) const override {
-        targets.push_back(y == nullptr ? nullptr : y->data());
-        return PlainMatrix::Multiply(x, std::move(y));
-    }
-    std::unique_ptr<RealVector> MultiplyTransposed(
-        const RealVector& x, std::unique_ptr<RealVector> y) const override {
-        targets.push_back(y == nullptr ? nullptr : y->data());
-        return PlainMatrix::MultiplyTransposed(x, std::move(y));
-    }
-
-    mutable std::vector<const float*> targets;
-};
-
 /// A matrix and the name that a failed comparison shows.
 struct NamedSystem {
     std::string name;
@@ -134,8 +113,8 @@ void expectSameAsPlain(const PlainMethod& plain, double tol) {
     }
 }
 
-/// A solve from zero converges, its true residual in double stays below `residual` and its distance from
-/// the direct solution below `error`.
+/// A solve from zero converges, its true residual in double stays below `residual` and its
+/// distance from the direct solution below `error`.
 inline void expectSolves(IterativeLinearSolver& solver, const Matrix& A, double residual,
                          double error) {
     const RealVector b = wavyVector(A.Rows());

@@ -23,7 +23,8 @@ namespace orv {
 ///          start. At most maxIter iterations.
 /// Fails:   d.d = 0 is not tested: u fills with NaN and the loop runs to maxIter with
 ///          `converged` low.
-/// Cost:    one product, three dot products and four vector passes an iteration; 4 n floats kept.
+/// Cost:    one product, three dot products and four vector passes an iteration; 4 n floats
+///          kept.
 /// Source:  [Raydan1991], after [BarzilaiBorwein1988]
 class BbSolver : public IterativeLinearSolver {
   public:
@@ -32,7 +33,8 @@ class BbSolver : public IterativeLinearSolver {
     ~BbSolver() override;
 
     using IterativeLinearSolver::Solve;
-    /// Forms the start gradient and runs the loop; a start that solves the system isn't noticed.
+    /// Forms the start gradient and runs the loop; a start that solves the system isn't
+    /// noticed.
     std::unique_ptr<RealVector> Solve(const Matrix& A, const RealVector& b,
                                       std::unique_ptr<RealVector> u) override;
 

@@ -16,8 +16,8 @@ namespace orv {
 ///     p = beta p, w = A^T r, p = p + w
 ///
 /// Shapes:  A n x n; b, u and the work vectors r, p, q, w n floats.
-/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at most
-///          maxIter iterations.
+/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
+///          most maxIter iterations.
 /// Fails:   p.p = 0 is not tested: u fills with NaN and the loop runs to maxIter with
 ///          `converged` low.
 /// Cost:    a product with A and one with A^T, two dot products and four updates an iteration;

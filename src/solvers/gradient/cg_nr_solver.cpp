@@ -20,7 +20,8 @@ std::unique_ptr<RealVector> CgNrSolver::Solve(const Matrix& A, const RealVector&
     converged_ = false;
 
     FormResidual(A, b, *u, *r_, q_);
-    if (IsBelowTolerance(*r_)) {
+    rr_ = r_->SumOfSquares();
+    if (std::sqrt(rr_) < tol_) {
         return u;
     }
     p_ = A.MultiplyTransposed(*r_, std::move(p_));

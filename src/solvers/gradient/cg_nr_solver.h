@@ -21,8 +21,8 @@ namespace orv {
 ///          equations, after the update of r; both absolute. At most maxIter iterations.
 /// Fails:   t.q = 0 is not tested: u fills with NaN and the loop runs to maxIter with
 ///          `converged` low.
-/// Cost:    three products, two dot products and four updates an iteration; 4 n floats kept. The
-///          condition number counts squared.
+/// Cost:    three products, two dot products and four updates an iteration; 4 n floats kept.
+///          The condition number counts squared.
 /// Quirk:   cg-nr-two-tests
 /// Source:  [HestenesStiefel1952], as in [Saad2003], section 8.3.1
 class CgNrSolver : public IterativeLinearSolver {

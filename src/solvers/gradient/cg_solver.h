@@ -15,8 +15,9 @@ namespace orv {
 ///     p = beta p + r
 ///
 /// Shapes:  A n x n; b, u and the work vectors r, p, q n floats.
-/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at most
-///          maxIter iterations. The recurred r drifts from b - A u by the rounding of the floats.
+/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
+///          most maxIter iterations. The recurred r drifts from b - A u by the rounding of the
+///          floats.
 /// Fails:   p.q = 0 is not tested: u fills with NaN and the loop runs to maxIter with
 ///          `converged` low. There is no restart.
 /// Cost:    one product, two dot products and three updates an iteration; 3 n floats kept.

@@ -6,8 +6,8 @@
 
 namespace orv {
 
-/// Conjugate gradients for symmetric indefinite matrices by a Lanczos recurrence of three terms,
-/// as it stands in the catalogue with the warning "NOT CORRECT".
+/// Conjugate gradients for symmetric indefinite matrices by a Lanczos recurrence of three
+/// terms, as it stands in the catalogue with the warning "NOT CORRECT".
 ///
 ///     r = b, v = A b
 ///     w = A v                      sigma = sqrt(w.v)
@@ -23,9 +23,9 @@ namespace orv {
 /// Shapes:  A n x n; b, u and the work vectors r, vOld, v, w n floats.
 /// Stops:   sqrt(r.r) < tol (absolute), after the update of r, which is the residual of u for a
 ///          start from 0 alone; there is no test on the start. At most maxIter iterations.
-/// Fails:   w.v below 0, as indefinite matrices have it, makes sigma NaN, and w.v = 0 divides by
-///          0: u fills with NaN and the loop runs to maxIter with `converged` low. The NaN stays
-///          in vOld and spoils the second iteration of later solves of the same size.
+/// Fails:   w.v below 0, as indefinite matrices have it, makes sigma NaN, and w.v = 0 divides
+///          by 0: u fills with NaN and the loop runs to maxIter with `converged` low. The NaN
+///          stays in vOld and spoils the second iteration of later solves of the same size.
 /// Cost:    one product, four dot products and three updates an iteration; 4 n floats kept.
 /// Quirk:   cgi-start-residual, cgi-first-ratio, cgi-old-direction
 class CgiSolver : public IterativeLinearSolver {

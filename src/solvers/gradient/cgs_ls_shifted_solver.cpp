@@ -9,7 +9,7 @@
 namespace orv {
 
 CgsLsShiftedSolver::CgsLsShiftedSolver(int maxIter, double tol)
-    : IterativeLinearSolver(maxIter, tol) {}
+    : IterativeLinearSolver(maxIter, tol), tolCopy_(tol) {}
 
 CgsLsShiftedSolver::~CgsLsShiftedSolver() = default;
 

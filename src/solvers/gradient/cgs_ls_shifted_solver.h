@@ -21,9 +21,9 @@ namespace orv {
 ///          at most maxIter of them. The test is on b - A u, which the solution of the shifted
 ///          system leaves above 0, and may never hold.
 /// Fails:   a denominator of 0 is not tested: u fills with NaN, as also when s is 0 to the bit,
-///          which small systems reach. A limit far above the iterations that the shifted system
-///          needs is no gain: alpha and beta are then ratios of rounding errors, and u can leave
-///          the solution again.
+///          which small systems reach. A limit far above the iterations that the shifted
+///          system needs is no gain: alpha and beta are then ratios of rounding errors, and u
+///          can leave the solution again.
 /// Cost:    a product with A and one with A^T, four dot products and four updates an iteration;
 ///          4 n floats kept.
 /// Quirk:   shifted-unshifted-test
@@ -51,6 +51,8 @@ class CgsLsShiftedSolver : public IterativeLinearSolver {
 
   private:
     double shift_ = 0.2;
+    // The tolerance once more. It keeps its place; the stopping tests read that of the base.
+    [[maybe_unused]] double tolCopy_;
     double alpha_ = 0.0;
     double beta_ = 0.0;
     double gamma_ = 0.0;

@@ -17,8 +17,8 @@ namespace orv {
 ///     p = beta p + s
 ///
 /// Shapes:  A n x n; b, u and the work vectors r, p, q, s n floats.
-/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at most
-///          maxIter iterations.
+/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
+///          most maxIter iterations.
 /// Fails:   q.q = 0 is not tested: u fills with NaN and the loop runs to maxIter with
 ///          `converged` low.
 /// Cost:    a product with A and one with A^T, three dot products and three updates an

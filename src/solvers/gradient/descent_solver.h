@@ -6,7 +6,8 @@
 
 namespace orv {
 
-/// Steepest descent for a symmetric positive definite A: exact line searches along the residual.
+/// Steepest descent for a symmetric positive definite A: exact line searches along the
+/// residual.
 ///
 ///     r = b - A u
 ///     q = A r                      lambda = r.r / r.q
@@ -14,12 +15,13 @@ namespace orv {
 ///     r = r - lambda q
 ///
 /// Shapes:  A n x n; b, u and the work vectors r, q n floats.
-/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at most
-///          maxIter iterations.
+/// Stops:   sqrt(r.r) < tol (absolute), on the start residual and after the update of r; at
+///          most maxIter iterations.
 /// Fails:   r.q = 0 is not tested: u fills with NaN and the loop runs to maxIter with
 ///          `converged` low.
-/// Cost:    one product, two dot products and two updates an iteration; 2 n floats kept. The
-///          error shrinks by (c - 1) / (c + 1) an iteration, c the condition number.
+/// Cost:    one product, two dot products and two updates an iteration; 2 n floats kept. An
+///          iteration leaves at most (c - 1) / (c + 1) of the error, measured by the root of
+///          e.(A e); c is the condition number.
 /// Source:  [Saad2003], section 5.3.1
 class DescentSolver : public IterativeLinearSolver {
   public:

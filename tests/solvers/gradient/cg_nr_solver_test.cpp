@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 
 #include "support/gradient_support.h"
 
@@ -100,6 +101,21 @@ TEST(CgNrSolver, ReturnsASolvedStartWithConvergedLow) {
 
     EXPECT_TRUE(sameVectorBits(*u, solution));
     EXPECT_FALSE(solver.converged());
+}
+
+TEST(CgNrSolver, KnowsTheResidualOfAStartThatIsGoodEnoughWhenIteratedByHand) {
+    // The first solve ends with r = 0 and p = 16; the second returns at once with r = 0.5. The
+    // step is then 0.25 / (32 32) along the p that stands.
+    const FullMatrix A(1, 2.0F);
+    CgNrSolver solver(1, 1.0);
+    auto u = solver.Solve(A, RealVector(1, 8.0F), start(RealVector(1)));
+    ASSERT_EQ((*u)[0], 4.0F);
+    u = solver.Solve(A, RealVector(1, 8.5F), std::move(u));
+    ASSERT_EQ((*u)[0], 4.0F);
+
+    u = solver.Iterate(A, RealVector(1, 8.5F), std::move(u));
+
+    EXPECT_EQ((*u)[0], 4.0F + 0.00390625F);
 }
 
 TEST(Quirk, CgNrTwoTests) {

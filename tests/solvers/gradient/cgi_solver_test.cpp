@@ -123,7 +123,8 @@ TEST(CgiSolver, RepeatsItselfAfterASolveOfFiniteDirections) {
 }
 
 TEST(Quirk, CgiStartResidual) {
-    // A = 2, b = 4: the step is 2 from any start, and the test sees the residual of a start of 0.
+    // A = 2, b = 4: the step is 2 from any start, and the test sees the residual of a start
+    // of 0.
     const FullMatrix A(1, 2.0F);
     const RealVector b(1, 4.0F);
     CgiSolver solver(9, 0.0001);
