@@ -128,8 +128,10 @@ ORV_EXPORT unsigned char* GetORVImageData(void* image);
  *                    0.05 and solver 0 more steps give the result of one; below 1 gives a copy
  *                    of the source
  * tau:               time step, pixels squared; above 0, from 0.25 (slight) to 50 (strong)
- * solverIterations:  most iterations a solve may take, for iterative solvers; with the solvers
- *                    27 to 30 each one takes more memory and time than the one before
+ * solverIterations:  most iterations a solve may take, for iterative solvers, and the restart
+ *                    length of the solvers 24 to 30 and 32, with which each iteration takes more
+ *                    memory and time than the one before. The solvers 1 to 3, 21 and 22 use all
+ *                    of them, so does every solver that breaks down
  * sigma:             scale of the presmoothing, pixels; 0.05 or less for none
  * contrast:          grey levels; slopes well above it are kept as edges
  * flow:              what is diffused. The first of the keywords "PM" (Perona and Malik),
@@ -144,8 +146,7 @@ ORV_EXPORT unsigned char* GetORVImageData(void* image);
  *
  * Returns a new handle with the size of the source, or null when
  * - image, scheme or flow is null, or a double is not finite;
- * - solverId is outside 0 to 41, or its solver has not come yet or cannot work on the matrices
- *   of the scheme;
+ * - solverId is outside 0 to 41, or it is 41 with another scheme than "2DSemi" or "2DImplicit";
  * - gradientNormId is outside 0 to 5;
  * - the width or the height is 1 with "ADI", "AMOS", "2DSemi" or "2DImplicit";
  * - the pixels are more than an int counts with "2DSemi" or "2DImplicit";

@@ -29,11 +29,8 @@ struct Request {
 };
 
 bool solverCanWork(int solverId, int scheme) {
-    LinearSolverList list(/*capacity=*/50, /*groupCapacity=*/10);
-    if (solverId < 0 || solverId >= list.count() || !solverFitsScheme(solverId, scheme)) {
-        return false;
-    }
-    return list.Create(solverId, /*maxIter=*/1, /*m=*/2, /*tol=*/0.0001) != nullptr;
+    const LinearSolverList list(/*capacity=*/50, /*groupCapacity=*/10);
+    return solverId >= 0 && solverId < list.count() && solverFitsScheme(solverId, scheme);
 }
 
 bool canRun(const Request& request) {

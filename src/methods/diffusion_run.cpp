@@ -6,7 +6,6 @@
 #include "exports/work_window.h"
 #include "methods/plane_run.h"
 #include "operators/diffusion/scheme_table.h"
-#include "solvers/linear_solver_list.h"
 
 namespace orv {
 
@@ -33,11 +32,6 @@ std::string diffusionRefusal(const Arguments& arguments, bool substeps, int widt
     const std::string schemeName(arguments.choiceName("scheme"));
     const std::string solverName(arguments.choiceName("solver"));
 
-    LinearSolverList list(50, 10);
-    if (list.Create(solver, /*maxIter=*/1, /*m=*/2, /*tol=*/1e-4) == nullptr) {
-        return "this version doesn't have the solver " + solverName +
-               " yet; take Thomas (orv solvers lists what works)";
-    }
     if (!solverFitsScheme(solver, scheme)) {
         return "the solver " + solverName + " can't work on the lines of the scheme " +
                schemeName + "; it takes 2DSemi or 2DImplicit";

@@ -1,40 +1,87 @@
 #include "methods/solver_listing.h"
 
+#include <array>
+#include <cstddef>
 #include <vector>
 
 #include "methods/json_text.h"
+#include "operators/diffusion/scheme_table.h"
 #include "solvers/linear_solver_list.h"
 
 namespace orv {
 
 namespace {
 
-struct Note {
-    std::string_view text;
-    int above;
+constexpr int kSolverCount = 42;
+
+/// What is known of a solver on the systems of a photo.
+struct Advice {
+    bool lines;
+    bool planes;
+    std::string_view note = {};
+    int noteAbove = 0;
+    bool noteOnLinesOnly = false;
 };
 
-Note noteOf(int id) {
-    constexpr int kJacobi = 1;
-    constexpr int kFirstCombined = 27;
-    constexpr int kLastCombined = 30;
-    if (id == kJacobi) {
-        return {"multiplies instead of solving: wrong pictures, for study only", 0};
-    }
-    if (id >= kFirstCombined && id <= kLastCombined) {
-        return {"may break down above 2 solver iterations", 2};
-    }
-    return {"", 0};
-}
+constexpr Advice kBoth{true, true};
+constexpr Advice kNotOnLines{false, true, "breaks down on lines that diffusion leaves alone", 0,
+                             true};
+constexpr Advice kWrong{false, false, "doesn't reach the solution: for study only"};
+
+// By id.
+constexpr std::array<Advice, kSolverCount> kAdvice{{
+    kBoth,                                                                            // Thomas
+    {false, false, "multiplies instead of solving: wrong pictures, for study only"},  // Jacobi
+    kBoth,                                                                            // GS
+    kBoth,                                                                            // SOR
+    kBoth,                                                                            // Descent
+    {false, true, "may break down on lines, once it is as exact as it can be", 10, true},  // BB
+    kBoth,                                                                        // CBB
+    kBoth,                                                                        // CG
+    kBoth,                                                                        // CG-NE
+    kBoth,                                                                        // CG-NR
+    kBoth,                                                                        // CGS-LS
+    {false, false, "solves a shifted system: wrong pictures, for study only"},    // CGS-LSsh
+    kWrong,                                                                       // CGi
+    kWrong,                                                                       // MINRES
+    kWrong,                                                                       // MR
+    kNotOnLines,                                                                  // SYMMLQ
+    kWrong,                                                                       // QMR
+    kWrong,                                                                       // TFQMR
+    kBoth,                                                                        // BiCG
+    kBoth,                                                                        // CGS
+    kNotOnLines,                                                                  // BiCGStab
+    {false, false, "knows no tolerance and breaks down beyond convergence", 10},  // QmrCGStab
+    kNotOnLines,                                                                  // QmrCGStab2
+    kNotOnLines,                                                                  // BiCGStab(2)
+    kBoth,                                                                        // GMRES(m)
+    kBoth,                                                                        // GCR(m)
+    kWrong,                                                                       // MGCR(m)
+    kBoth,                                                                        // GMRESR
+    kBoth,                                                                        // GMRESRAlt
+    {false, false, "may break down above 2 solver iterations", 2},                // GMRES*-CBB
+    kBoth,                                                               // GMRES*-BiCGstab
+    kWrong,                                                              // RRMR
+    {false, false, "gives the picture back unchanged: for study only"},  // RRGMRES(m)
+    kBoth,                                                               // SGS-BB
+    kBoth,                                                               // SGS-CG
+    kBoth,                                                               // SGS-BiCGStab
+    kWrong,                                                              // SGS-BiCGStab(2)
+    kBoth,                                                               // SSOR-BB
+    kBoth,                                                               // SSOR-CG
+    kBoth,                                                               // SSOR-BiCGStab
+    kWrong,                                                              // SSOR-BiCGStab(2)
+    {false, true},                                                       // ILU0-BiCGStab
+}};
 
 std::vector<SolverEntry> listSolvers() {
-    LinearSolverList list(50, 10);
+    const LinearSolverList list(50, 10);
     std::vector<SolverEntry> entries;
     for (int id = 0; id < list.count(); ++id) {
-        const bool available = list.Create(id, /*maxIter=*/1, /*m=*/2, /*tol=*/1e-4) != nullptr;
-        const Note note = noteOf(id);
+        const Advice& advice = kAdvice[static_cast<std::size_t>(id)];
         entries.push_back({id, list.name(id), list.groupName(list.group(id)),
-                           list.description(id), available, note.text, note.above});
+                           list.description(id), advice.lines, advice.planes, advice.note,
+                           advice.noteAbove, advice.noteOnLinesOnly});
     }
     return entries;
 }
@@ -54,6 +101,13 @@ std::span<const SolverEntry> solverListing() {
     return entries;
 }
 
+std::string_view suitabilityOf(const SolverEntry& entry) {
+    if (entry.suitsLines && entry.suitsPlanes) {
+        return "both";
+    }
+    return entry.suitsLines ? "lines" : entry.suitsPlanes ? "planes" : "none";
+}
+
 std::string solversAsJson() {
     JsonText json;
     json.beginArray();
@@ -63,7 +117,8 @@ std::string solversAsJson() {
         json.member("name", entry.name);
         json.member("group", entry.group);
         json.member("description", entry.description);
-        json.memberBool("works", entry.available);
+        json.memberBool("suitsLines", entry.suitsLines);
+        json.memberBool("suitsPlanes", entry.suitsPlanes);
         json.member("note", entry.note);
         json.end();
     }
@@ -71,9 +126,11 @@ std::string solversAsJson() {
     return json.take();
 }
 
-std::string solverWarning(int id, int solverIterations) {
+std::string solverWarning(int id, int solverIterations, int scheme) {
+    const bool lines = scheme != kScheme2DSemi && scheme != kScheme2DImplicit;
     for (const SolverEntry& entry : solverListing()) {
-        if (entry.id == id && !entry.note.empty() && solverIterations > entry.noteAbove) {
+        if (entry.id == id && !entry.note.empty() && solverIterations > entry.noteAbove &&
+            (lines || !entry.noteOnLinesOnly)) {
             return "the solver " + entry.name + " " + std::string(entry.note);
         }
     }

@@ -26,7 +26,7 @@ class LinearSolverList {
     /// A new solver by id. `m` is the restart length of the Krylov solvers, or the number of
     /// directions of the combined ones; other classes drop it.
     ///
-    /// Fails:   null for an id outside 0 to 41 and for a solver that this build lacks.
+    /// Fails:   null for an id outside 0 to 41.
     /// Quirk:   gmresr-tolerance, gmres-star-inner
     virtual std::unique_ptr<LinearSolver> Create(int id, int maxIter, int m, double tol);
 

@@ -22,7 +22,7 @@ struct SolverRecord {
     const char* name;         ///< what `CreateByName` looks for
     int group;                ///< index into `kSolverGroups`
     const char* description;  ///< one line, with the limits that its authors gave
-    SolverMaker make;         ///< null in the combined solvers and where a class is missing
+    SolverMaker make;         ///< null in the combined solvers, which need an inner one
 };
 
 inline constexpr int kSolverCount = 42;
@@ -89,12 +89,10 @@ constexpr int idMadeByName(int id) {
     return id == kSgsBicgStab2Id ? kSgsBicgStabId : id;  // quirk: stab2-by-name
 }
 
-/// A new solver that is not a combined one. Fails: null where the class is missing.
+/// A new solver that is not a combined one.
 std::unique_ptr<LinearSolver> makePlainSolver(int id, const SolverSettings& settings);
 
 /// A new combined solver, ids 27 to 30, with `settings.m` directions.
-///
-/// Fails:   null where the class of the inner solver is missing.
 std::unique_ptr<LinearSolver> makeCombinedSolver(int id, const SolverSettings& settings,
                                                  const InnerSettings& inner);
 

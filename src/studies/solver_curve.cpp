@@ -14,6 +14,10 @@ namespace orv {
 
 namespace {
 
+/// So many limits in a row that break down end a curve. One or two may come before limits that
+/// work: lines that start from the line before add up what one or two steps overshoot.
+constexpr int kBreakdownsToEnd = 3;
+
 /// FNV-1a over the samples, a word at a time.
 std::uint64_t digestOf(const std::vector<float>& samples) {
     std::uint64_t digest = 14695981039346656037ULL;
@@ -82,6 +86,7 @@ bool SolverCurve::trace(int solverIterations, const Check& check) {
     // An iteration of one run counts as much as that of another.
     const double work = std::accumulate(limits.begin(), limits.end(), 0.0);
     double done = 0.0;
+    int broken = 0;
     for (std::size_t i = 0; i < limits.size(); ++i) {
         if (!check(done / work)) {
             return false;
@@ -91,8 +96,9 @@ bool SolverCurve::trace(int solverIterations, const Check& check) {
         if (direct_) {
             return true;
         }
-        const bool still = i > 0 && alike(now, run(limits[i - 1]));
-        if ((still || !now.finite) && i + 1 < limits.size()) {
+        broken = now.finite ? 0 : broken + 1;
+        const bool still = now.finite && i > 0 && alike(now, run(limits[i - 1]));
+        if ((still || broken == kBreakdownsToEnd) && i + 1 < limits.size()) {
             if (!check(done / work)) {
                 return false;
             }

@@ -17,7 +17,7 @@ enum class SolverStatus {
     Converged,  ///< it stopped before the limit, with the residual at its tolerance
     Limit,      ///< it used all iterations, or stopped short of its tolerance
     BrokeDown,  ///< samples that aren't finite
-    Wrong,      ///< finite, and no nearer to the solution than the start, or never moved
+    Wrong,      ///< finite, and as far from the solution as half the start, or never moved
     Skipped,    ///< not run
 };
 
@@ -79,7 +79,7 @@ using StudyProgress = std::function<bool(double, int)>;
 /// with a smaller limit is not the beginning of one with a larger limit: the curve tells what a
 /// user gets for each limit. The limits are those of `studyLimits`, and between two of them
 /// those that pin down where the result settles or breaks down. Once two limits give the same
-/// bits, or none that are finite, and the last limit does too, those between are left out.
+/// bits, or three none that are finite, and the last limit does too, those between are left out.
 ///
 /// Shapes:  a plane of finite samples.
 /// Fails:   with an error text for a plane that is too small for the scheme.

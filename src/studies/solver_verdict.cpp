@@ -13,6 +13,9 @@ namespace {
 /// A recursive residual drifts from the true one by some roundings of the solution.
 constexpr double kRoundingSlack = 10.0;
 
+/// A solver that takes away less than half of the picture's own error hasn't solved anything.
+constexpr double kLeastGain = 0.5;
+
 std::string shortNumber(double value) {
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%.2g", value);
@@ -46,6 +49,15 @@ void judgeBreakdown(const SolverCurve& curve, SolverRecordOfStudy& record) {
         record.reason += "; residual " + shortNumber(best->point.residual) + " at " +
                          std::to_string(best->point.limit);
     }
+}
+
+std::string wrongReason(const SolverCurve::Run& last, const SolverStudy& study) {
+    if (!last.moved) {
+        return "gives the picture back unchanged";
+    }
+    return last.point.differenceMax > study.start.differenceMax
+               ? "farther from the solution than the picture itself"
+               : "hardly nearer to the solution than the picture itself";
 }
 
 /// The shortest time of the runs that did the work of the last.
@@ -85,10 +97,10 @@ void judgeSolver(const SolverCurve& curve, const SolverStudy& study, int solverI
         record.status = SolverStatus::Converged;
         record.reason = "its own stopping test holds at this residual";
     } else if (residual > tolerances.absolute &&
-               (!last.moved || last.point.differenceMax > study.start.differenceMax)) {
+               (!last.moved ||
+                last.point.differenceMax > kLeastGain * study.start.differenceMax)) {
         record.status = SolverStatus::Wrong;
-        record.reason = last.moved ? "farther from the solution than the picture itself"
-                                   : "gives the picture back unchanged";
+        record.reason = wrongReason(last, study);
     } else {
         record.status = SolverStatus::Limit;
         if (early) {

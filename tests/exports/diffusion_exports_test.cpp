@@ -14,7 +14,6 @@
 #include "orv/orv_constants.h"
 #include "schemes/flows/fidelity_diffusion_flow.h"
 #include "schemes/plane_operators/float_planes_operator.h"
-#include "solvers/linear_solver_list.h"
 #include "support/handle.h"
 #include "support/photo_bytes.h"
 
@@ -207,27 +206,6 @@ TEST(DiffusionExports, IncompleteLuIsRefusedOnLineSchemes) {
 
         EXPECT_EQ(restore(image.get(), a), nullptr) << scheme;
         EXPECT_EQ(denoise(image.get(), a), nullptr) << scheme;
-    }
-}
-
-TEST(DiffusionExports, SolversThatTheCatalogueCannotMakeAreRefused) {
-    const Handle image = photoHandle(5, 5, /*seed=*/5);
-    LinearSolverList list(/*capacity=*/50, /*groupCapacity=*/10);
-    for (int id = 0; id < ORV_SOLVER_COUNT; ++id) {
-        const bool refused = list.Create(id, 2, 2, 0.0001) == nullptr;
-        for (const char* scheme : {"AOS", "2DSemi"}) {
-            if (!solverFitsScheme(id, schemeNumber(scheme))) {
-                continue;
-            }
-            Arguments a;
-            a.scheme = scheme;
-            a.solverId = id;
-            a.solverIterations = 2;
-
-            EXPECT_EQ(restore(image.get(), a) == nullptr, refused) << scheme << id;
-            // The denoiser takes another solver for 0, one that can be made.
-            EXPECT_EQ(denoise(image.get(), a) == nullptr, refused) << scheme << id;
-        }
     }
 }
 

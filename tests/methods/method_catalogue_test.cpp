@@ -5,6 +5,7 @@
 #include <set>
 
 #include "methods/solver_listing.h"
+#include "operators/diffusion/scheme_table.h"
 
 namespace orv {
 namespace {
@@ -58,34 +59,46 @@ TEST(SolverListing, HoldsAllSolversInTheOrderOfTheirIds) {
     }
     EXPECT_EQ(entries[0].name, "Thomas");
     EXPECT_EQ(entries[0].group, "Direct Methods");
-    EXPECT_TRUE(entries[0].available);
+    EXPECT_EQ(suitabilityOf(entries[0]), "both");
     EXPECT_EQ(entries[41].name, "ILU0-BiCGStab");
     EXPECT_EQ(entries[41].group, "SSOR preconditioned methods");
 }
 
-TEST(SolverListing, NotesTheSolversThatSpoilPictures) {
+TEST(SolverListing, SaysInAWordWhichSchemesASolverSuits) {
+    const std::span<const SolverEntry> entries = solverListing();
+
+    EXPECT_EQ(suitabilityOf(entries[0]), "both");
+    EXPECT_EQ(suitabilityOf(entries[1]), "none");
+    EXPECT_EQ(suitabilityOf(entries[41]), "planes");
+}
+
+TEST(SolverListing, NotesTheSolversThatDontSuitASchemeTheyRunOn) {
     for (const SolverEntry& entry : solverListing()) {
-        EXPECT_EQ(!entry.note.empty(), entry.id == 1 || (entry.id >= 27 && entry.id <= 30))
-            << entry.name;
+        const bool spoils = (!entry.suitsLines || !entry.suitsPlanes) && entry.id != 41;
+        EXPECT_EQ(!entry.note.empty(), spoils) << entry.name;
     }
 }
 
 TEST(SolverListing, WarnsOnlyWhereTheNoteHolds) {
-    EXPECT_EQ(solverWarning(0, 50), "");
+    EXPECT_EQ(solverWarning(0, 50, kSchemeAos), "");
     EXPECT_EQ(
-        solverWarning(1, 1),
+        solverWarning(1, 1, kScheme2DSemi),
         "the solver Jacobi multiplies instead of solving: wrong pictures, for study only");
-    EXPECT_EQ(solverWarning(29, 2), "");
-    EXPECT_EQ(solverWarning(29, 3),
+    EXPECT_EQ(solverWarning(29, 2, kSchemeAos), "");
+    EXPECT_EQ(solverWarning(29, 3, kSchemeAos),
               "the solver GMRES*-CBB may break down above 2 solver iterations");
-    EXPECT_EQ(solverWarning(99, 50), "");
+    EXPECT_EQ(solverWarning(20, 50, kSchemeAos),
+              "the solver BiCGStab breaks down on lines that diffusion leaves alone");
+    EXPECT_EQ(solverWarning(20, 50, kScheme2DSemi), "");
+    EXPECT_EQ(solverWarning(99, 50, kSchemeAos), "");
 }
 
 TEST(SolverListing, WritesJson) {
     const std::string json = solversAsJson();
 
     EXPECT_NE(json.find("\"id\": 41"), std::string::npos);
-    EXPECT_NE(json.find("\"works\": true"), std::string::npos);
+    EXPECT_NE(json.find("\"suitsLines\": true"), std::string::npos);
+    EXPECT_NE(json.find("\"suitsPlanes\": false"), std::string::npos);
     EXPECT_NE(json.find("\"note\": \"multiplies instead of solving"), std::string::npos);
 }
 

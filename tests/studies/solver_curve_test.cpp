@@ -70,7 +70,7 @@ TEST(SolverCurve, EndsAtABreakdownAndFindsItsSmallestLimit) {
     EXPECT_TRUE(curve.trace(500, goOn));
 
     EXPECT_EQ(limitsOf(curve),
-              (std::vector<int>{1, 2, 3, 4, 5, 6, 8, 10, 13, 16, 20, 21, 22, 25, 500}));
+              (std::vector<int>{1, 2, 3, 4, 5, 6, 8, 10, 13, 16, 20, 21, 22, 25, 32, 40, 500}));
     EXPECT_EQ(curve.settledAt(), 22);
     EXPECT_TRUE(curve.runs().at(21).finite);
     EXPECT_FALSE(curve.runs().at(22).finite);
@@ -89,6 +89,19 @@ TEST(SolverCurve, GoesOnWhereALargerLimitDoesNotBreakDown) {
 
     EXPECT_EQ(limitsOf(curve), (std::vector<int>{1, 2, 3, 4, 5, 6}));
     EXPECT_TRUE(curve.last().finite);
+}
+
+TEST(SolverCurve, ShowsTheLimitsThatWorkBetweenTwoBreakdowns) {
+    StudyBench bench;
+    SolverCurve curve(bench.system, bench.exact, bench.maker([](int limit) {
+        return Line{limit < 3 || limit > 8 ? kNan : 1.0 / limit, false};
+    }));
+
+    EXPECT_TRUE(curve.trace(10, goOn));
+
+    EXPECT_EQ(limitsOf(curve), (std::vector<int>{1, 2, 3, 4, 5, 6, 8, 9, 10}));
+    EXPECT_TRUE(curve.runs().at(8).finite);
+    EXPECT_EQ(curve.settledAt(), 9);
 }
 
 TEST(SolverCurve, RunsADirectSolverOnce) {

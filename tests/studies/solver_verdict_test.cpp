@@ -95,6 +95,13 @@ TEST(SolverVerdict, WrongWhenFartherThanThePicture) {
     EXPECT_EQ(record.reason, "farther from the solution than the picture itself");
 }
 
+TEST(SolverVerdict, WrongWhenLessThanHalfOfTheErrorIsGone) {
+    const auto record = judged([](int limit) { return Line{limit < 3 ? 1.0 : 0.6, true}; });
+
+    EXPECT_EQ(record.status, SolverStatus::Wrong);
+    EXPECT_EQ(record.reason, "hardly nearer to the solution than the picture itself");
+}
+
 TEST(SolverVerdict, WrongWhenNothingMoved) {
     for (const bool claims : {false, true}) {
         const auto record = judged([claims](int) { return Line{1.0, claims}; });

@@ -232,10 +232,11 @@ std::string methodsHelp() {
 }
 
 std::string solversHelp() {
-    return "List the linear solvers: number, name, whether it works in this version,\n"
+    return "List the linear solvers: number, name, which schemes it suits,\n"
            "group, description and what to mind\n\n"
            "Usage: orv solvers [options]\n\nOptions:\n" +
-           row("--json", "as JSON text: id, name, group, description, works, note") +
+           row("--json",
+               "as JSON text: id, name, group, description, suitsLines, suitsPlanes, note") +
            row("-h, --help", "show this");
 }
 

@@ -38,12 +38,12 @@ std::string solversText() {
         nameWidth = std::max(nameWidth, entry.name.size());
         groupWidth = std::max(groupWidth, entry.group.size());
     }
-    std::string text = "id  " + padded("name", nameWidth + 2) + padded("works", 7) +
+    std::string text = "id  " + padded("name", nameWidth + 2) + padded("suits", 8) +
                        padded("group", groupWidth + 2) + "description\n";
     for (const SolverEntry& entry : solverListing()) {
         text += padded(std::to_string(entry.id), 4) + padded(entry.name, nameWidth + 2) +
-                padded(entry.available ? "yes" : "no", 7) +
-                padded(entry.group, groupWidth + 2) + entry.description +
+                padded(suitabilityOf(entry), 8) + padded(entry.group, groupWidth + 2) +
+                entry.description +
                 (entry.note.empty() ? "" : "; NOTE: " + std::string(entry.note)) + "\n";
     }
     return text;

@@ -162,7 +162,8 @@ ExitCode methodCommand(const Method& method, int argc, const char* const* argv) 
         }
     }
     const std::string warning =
-        solverWarning(arguments.integer("solver"), arguments.integer("solver-iterations"));
+        solverWarning(arguments.integer("solver"), arguments.integer("solver-iterations"),
+                      arguments.integer("scheme"));
     if (!warning.empty() && !line.quiet) {
         warn(warning);
     }

@@ -1,0 +1,77 @@
+// What the listing of the solvers promises, held against the systems of photos.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "images/float_image.h"
+#include "methods/solver_listing.h"
+#include "operators/diffusion/flow_table.h"
+#include "operators/diffusion/scheme_table.h"
+#include "studies/solver_study.h"
+#include "support/photo_crops.h"
+
+namespace orv {
+namespace {
+
+/// The brightness of a crop, without rounding.
+FloatImage brightnessOf(const test::PhotoCrop& crop) {
+    FloatImage plane(crop.width, crop.height);
+    for (int x = 0; x < crop.width; ++x) {
+        for (int y = 0; y < crop.height; ++y) {
+            const unsigned char* const pixel =
+                &crop.bytes[3U * static_cast<std::size_t>(y * crop.width + x)];
+            plane.row(x)[y] = 0.299F * static_cast<float>(pixel[0]) +
+                              0.587F * static_cast<float>(pixel[1]) +
+                              0.114F * static_cast<float>(pixel[2]);
+        }
+    }
+    return plane;
+}
+
+/// The largest error of every solver on a scheme's systems, with the defaults of `restore`.
+std::vector<SolverRecordOfStudy> recordsOf(const FloatImage& plane, int scheme) {
+    StudyOrder order;
+    order.settings = {scheme,
+                      /*tau=*/1.0,
+                      /*sigma=*/0.5,
+                      /*contrast=*/5.0,
+                      kFlowPeronaMalik,
+                      /*gradientNormId=*/0};
+    for (const SolverEntry& entry : solverListing()) {
+        order.solvers.push_back(entry.id);
+    }
+    return studySolvers(plane, order, nullptr).solvers;
+}
+
+/// Marks the solvers that leave half a grey level or more on a scheme's systems of a photo.
+void markFailures(const FloatImage& plane, int scheme, std::vector<bool>& fails) {
+    for (const SolverRecordOfStudy& record : recordsOf(plane, scheme)) {
+        // NaN keeps no promise.
+        if (record.status == SolverStatus::Skipped || !(record.last.differenceMax <= 0.5)) {
+            fails[static_cast<std::size_t>(record.id)] = true;
+        }
+    }
+}
+
+TEST(SolverSuitability, IsWhatTheSystemsOfPhotosShow) {
+    std::vector<bool> failsOnLines(solverListing().size());
+    std::vector<bool> failsOnPlanes(solverListing().size());
+
+    for (const char* const name : test::kPhotoCrops) {
+        const test::PhotoCrop crop = test::photoCrop(name);
+        ASSERT_GT(crop.width, 0) << name;
+        const FloatImage plane = brightnessOf(crop);
+        markFailures(plane, kSchemeAos, failsOnLines);
+        markFailures(plane, kSchemeLod, failsOnLines);
+        markFailures(plane, kScheme2DSemi, failsOnPlanes);
+    }
+
+    for (const SolverEntry& entry : solverListing()) {
+        const auto id = static_cast<std::size_t>(entry.id);
+        EXPECT_EQ(entry.suitsLines, !failsOnLines[id]) << entry.name;
+        EXPECT_EQ(entry.suitsPlanes, !failsOnPlanes[id]) << entry.name;
+    }
+}
+
+}  // namespace
+}  // namespace orv
