@@ -84,12 +84,6 @@ class Usage(FolderCase):
             *("restore", "in.ppm", "out.ppm", "--solver", "99"),
         )
 
-    def test_solvers_that_do_not_work_yet(self):
-        missing = [entry["name"] for entry in json.loads(run("solvers", "--json")[1]) if not entry["works"]]
-        for name in missing[:2]:
-            line = f"restore: this version doesn't have the solver {name} yet; take Thomas (orv solvers lists what works)"
-            self.check((1, "", f"orv: {line}\n"), "restore", "in.ppm", "out.ppm", "--solver", name)
-
     def test_solvers_that_spoil_pictures(self):
         def warning(*arguments):
             code, _, error = run("restore", "in.ppm", "out.ppm", "-f", *arguments, cwd=self.folder)

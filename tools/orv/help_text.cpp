@@ -105,7 +105,7 @@ constexpr std::string_view kStudyLegend =
     "  converged   stopped before the limit, with the residual at its tolerance\n"
     "  limit       used all iterations, or stopped short of its tolerance\n"
     "  broke down  gave samples that are no numbers\n"
-    "  wrong       ended farther from the solution than it began, or never moved\n"
+    "  wrong       left more than half of the error it began with, or never moved\n"
     "  skipped     wasn't run, for the reason that is told\n";
 
 constexpr std::string_view kExitCodes =

@@ -22,7 +22,7 @@ const QUANTITIES = {
 const STATES = [
     ["converged", "good", "needed fewer iterations than it was given, and its residual is at its tolerance"],
     ["limit", "fair", "used every iteration it was given"],
-    ["wrong", "bad wrong", "finite, yet no nearer to the solution than the start"],
+    ["wrong", "bad wrong", "finite, yet more than half of the error of the start is left"],
     ["broke down", "bad broken", "a sample of the result isn\u2019t finite"],
     ["skipped", "void", "not run; the note says why"],
 ];
