@@ -163,8 +163,12 @@ TEST(ExplicitSsor, KnowsTheSourceOnlyWithAnEstimatedOmega) {
     const FullMatrix A = small();
     const ExplicitSsor estimated(A);
     const ExplicitSsor given(A, 1.25);
+    const std::unique_ptr<Matrix> copy = estimated.Clone();
+    const auto source = dynamic_cast<const ExplicitSsor&>(*copy).SourceClone();
 
     test::expectSameElements(*estimated.SourceClone(), A);
+    ASSERT_NE(source, nullptr);
+    test::expectSameElements(*source, A);
     EXPECT_EQ(given.SourceClone(), nullptr);
     EXPECT_EQ(given.omega(), 1.25);
 }
@@ -201,33 +205,53 @@ TEST(ExplicitSsor, AnInverseThatAStorageLacksLeavesItsPlaceEmpty) {
     EXPECT_EQ(inverse->Multiply(RealVector(6), nullptr), nullptr);
 }
 
-TEST(ExplicitSsor, EstimatesOmegaFromTheLargestRatios) {
-    const FTriDiagonalMatrix A = test::diffusionLine(8, 3.0F);
-    const SilencedOutput silence;
-    for (const int trials : {1, 2, 3, 6}) {
-        // The trials as they are defined, with products of their own.
-        seedRuntimeRandom(7);
-        RealVector x(8, 1.0F);
-        double r1 = 0.0;
-        double r2 = 0.0;
-        for (int trial = 0; trial < trials; ++trial) {
-            if (trial > 0) {
-                x.Randomize(1e-6F, 1.0F);
-            }
-            const double a = x.Dot(*A.ToDiagonal()->Multiply(x, nullptr));
-            const double b = x.Dot(*A.Clone()->Multiply(x, nullptr));
-            const double c = x.Dot(*A.Multiply(x, nullptr));
-            r1 = std::fmax(r1, a / c);
-            r2 = std::fmax(r2, b / c);
+// The estimate as it is defined, with products of its own.
+double definedOmega(const Matrix& A, int trials) {
+    RealVector x(A.Rows(), 1.0F);
+    double r1 = 0.0;
+    double r2 = 0.0;
+    for (int trial = 0; trial < trials; ++trial) {
+        if (trial > 0) {
+            x.Randomize(1e-6F, 1.0F);
         }
-        const unsigned state = runtimeRandomState();
-
-        seedRuntimeRandom(7);
-        const double omega = ExplicitSsor::OptimiseOmega(A, trials);
-
-        EXPECT_EQ(omega, 2.0 / (1.0 + (2.0 / std::sqrt(r1)) * std::sqrt(r2 + 0.5)));
-        EXPECT_EQ(runtimeRandomState(), state) << "draws n elements a further trial";
+        const double a = x.Dot(*A.ToDiagonal()->Multiply(x, nullptr));
+        const double b = x.Dot(*A.Clone()->Multiply(x, nullptr));
+        const double c = x.Dot(*A.Multiply(x, nullptr));
+        r1 = std::fmax(r1, a / c);
+        r2 = std::fmax(r2, b / c);
     }
+    return 2.0 / (1.0 + (2.0 / std::sqrt(r1)) * std::sqrt(r2 + 0.5));
+}
+
+TEST(ExplicitSsor, EstimatesOmegaFromTheLargestRatios) {
+    const SilencedOutput silence;
+    // With tau above 0 the vector of ones has the largest ratio, below 0 the smallest.
+    for (const float tau : {3.0F, -0.2F}) {
+        const FTriDiagonalMatrix A = test::diffusionLine(8, tau);
+        for (const int trials : {1, 2, 3, 6}) {
+            seedRuntimeRandom(7);
+            const double expected = definedOmega(A, trials);
+            const unsigned state = runtimeRandomState();
+
+            seedRuntimeRandom(7);
+            const double omega = ExplicitSsor::OptimiseOmega(A, trials);
+
+            EXPECT_EQ(omega, expected) << tau << " " << trials;
+            EXPECT_EQ(runtimeRandomState(), state) << "draws n elements a further trial";
+            EXPECT_EQ(omega == definedOmega(A, 1), tau > 0.0F || trials == 1)
+                << "further trials count";
+        }
+    }
+}
+
+TEST(ExplicitSsor, ARatioThatIsNotANumberGivesWayToTheNext) {
+    // The ones give 0 / 0; every other vector gives 1.
+    DiagonalMatrix A(2, 1.0F);
+    A.Set(1, 1, -1.0F);
+    const SilencedOutput silence;
+
+    EXPECT_TRUE(std::isnan(ExplicitSsor::OptimiseOmega(A, 1)));
+    EXPECT_EQ(ExplicitSsor::OptimiseOmega(A, 2), 2.0 / (1.0 + 2.0 * std::sqrt(1.5)));
 }
 
 TEST(ExplicitSsor, PrintsTheEstimateUnlessSilenced) {
@@ -243,12 +267,17 @@ TEST(ExplicitSsor, PrintsTheEstimateUnlessSilenced) {
 }
 
 TEST(ExplicitSsor, IsWhatAMatrixMakesWithTheEstimateOfThreeTrials) {
-    const FTriDiagonalMatrix A = test::diffusionLine(6, 2.0F);
+    // The last of the three trials has the largest ratio.
+    const unsigned seed = 8;
+    const FTriDiagonalMatrix A = test::diffusionLine(6, -0.2F);
     const SilencedOutput silence;
-    seedRuntimeRandom(3);
+    seedRuntimeRandom(seed);
+    const double fewer = ExplicitSsor::OptimiseOmega(A, 2);
+    seedRuntimeRandom(seed);
     const double omega = ExplicitSsor::OptimiseOmega(A, 3);
+    ASSERT_NE(omega, fewer);
 
-    seedRuntimeRandom(3);
+    seedRuntimeRandom(seed);
     const std::unique_ptr<Matrix> M = A.MakeExplicitSsor();
 
     const auto* const ssor = dynamic_cast<const ExplicitSsor*>(M.get());

@@ -40,6 +40,26 @@ TEST(Quirk, IncompleteLu0Prints) {
     EXPECT_EQ(F->Get(2, 2), 4.0f);
 }
 
+TEST(BandMatrix, IncompleteLu0TracesAGainInItsRowAlone) {
+    // Offsets -3, 0 and 2. Row 4 gains column 3 from row 1; row 5 stores a zero in column 2, which
+    // is no change.
+    const int positions[] = {1, 4, 6};
+    BandMatrix A(5, 3, positions);
+    A.SetDiagonal(1, vectorOf({4, 0}));
+    A.SetDiagonal(4, vectorOf({4, 4, 4, 4, 4}));
+    A.SetDiagonal(6, vectorOf({2, 2, 2}));
+
+    const std::string text = test::standardOutputOf([&] { A.IncompleteLU0(); });
+
+    EXPECT_EQ(text.substr(text.find("row4")),
+              "row4: v(5): [ 4.0000  0.0000  0.0000  4.0000  0.0000 ]\n"
+              "row4: v(5): [ 1.0000  0.0000  0.0000  4.0000  0.0000 ]\n"
+              "row4: v(5): [ 1.0000  0.0000 -2.0000  4.0000  0.0000 ]\n"
+              "row4: v(5): [ 1.0000  0.0000 -2.0000  4.0000  0.0000 ]\n"
+              "row5: v(5): [ 0.0000  0.0000  0.0000  0.0000  4.0000 ]\n"
+              "row5: v(5): [ 0.0000  0.0000  0.0000  0.0000  4.0000 ]\n");
+}
+
 TEST(BandMatrix, IncompleteLu0GivesTheSameFactorsInSilence) {
     const int positions[] = {2, 5, 6, 7, 10};
     BandMatrix A(7, 5, positions);
