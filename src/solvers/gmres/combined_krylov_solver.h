@@ -27,7 +27,7 @@ namespace orv {
 ///          when the inner solver gives its start vector back, as CBB does for residuals below
 ///          0.01, since the new direction is then the old one. Few iterations, up to 5 on lines
 ///          of grey levels, stay clear of it as a rule.
-/// Cost:    an inner solve, a product and 3 k + 3 vector passes an iteration;
+/// Cost:    an inner solve, a product and 3 k + 8 vector passes an iteration;
 ///          (2 d + 3) n floats kept, d the most directions that a solve has come to, at most l:
 ///          each is made when it is first needed.
 /// Source:  [VanDerVorstVuik1994]

@@ -23,7 +23,7 @@ namespace orv {
 ///          maxIter iterations.
 /// Fails:   d_j = 0 is not tested: u fills with NaN, and as no further iteration would change
 ///          it the loop ends there, with `converged` low.
-/// Cost:    two products and 2 j + 7 vector passes for direction j; (2 c + 3) n floats and an H
+/// Cost:    two products and 2 j + 8 vector passes for direction j; (2 c + 3) n floats and an H
 ///          of up to 2 c rows kept, c <= m the most directions that a solve has come to.
 /// Source:  [EisenstatElmanSchultz1983]
 class GcrSolver : public IterativeLinearSolver {

@@ -25,10 +25,11 @@ namespace orv {
 /// Stops:   relRes < tol in the loop, relative to |b| (1 if b = 0); on the start vector |r| < tol
 ///          (absolute) or |r| / |b| <= tol; at most maxIter columns. With range restriction
 ///          every start vector comes back untouched for a tol of 0 and more.
-/// Fails:   |w| = 0 is not tested. It is exact convergence for a tol above 0; for any other tol
-///          u fills with NaN, and as no further iteration would change that the loop ends
-///          there, with `converged` low.
-/// Cost:    a product and 2 j + 4 vector passes for column j; (c + 3) n floats and an H of up to
+/// Fails:   |w| = 0 is not tested. For a tol above 0 it raises `converged`, and u is exact but
+///          for a zero on the diagonal of H, as a singular A may leave it: u then has
+///          infinities or NaN with `converged` high. For any other tol u fills with NaN, and as
+///          no further iteration would change that the loop ends there, with `converged` low.
+/// Cost:    a product and 2 j + 5 vector passes for column j; (c + 3) n floats and an H of up to
 ///          2 c rows kept, c <= m + 1 the most vectors that a solve has come to.
 /// Quirk:   gmres-no-restart, gmres-sinking-tolerance, rrgmres-start-untouched
 /// Source:  [SaadSchultz1986]; [CalvettiLewisReichel2001] for the restricted range
