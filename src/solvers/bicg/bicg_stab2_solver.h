@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "solvers/bicg/bicg_stab2_state.h"
 #include "solvers/iterative_linear_solver.h"
 
 namespace orv {
@@ -52,24 +53,7 @@ class BicgStab2Solver : public IterativeLinearSolver {
                                         std::unique_ptr<RealVector> u) override;
 
   private:
-    void evenStep(const Matrix& A, RealVector& u);
-    void oddStep(const Matrix& A);
-    void planeStep(RealVector& u);
-
-    double alpha_ = 0.0;
-    double beta_ = 0.0;
-    double gamma_ = 0.0;
-    double rho0_ = 0.0;
-    double rho1_ = 0.0;
-    double omega1_ = 0.0;
-    double omega2_ = 0.0;
-    std::unique_ptr<RealVector> r_;
-    std::unique_ptr<RealVector> uHat_;
-    std::unique_ptr<RealVector> v_;
-    std::unique_ptr<RealVector> w_;
-    std::unique_ptr<RealVector> rTilde_;
-    std::unique_ptr<RealVector> s_;
-    std::unique_ptr<RealVector> t_;
+    BicgStab2State state_;
 };
 
 }  // namespace orv

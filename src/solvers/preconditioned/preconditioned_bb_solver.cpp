@@ -15,13 +15,9 @@ constexpr double kFirstInverseStep = 0.5;
 }  // namespace
 
 PreconditionedBbSolver::PreconditionedBbSolver(int maxIter, double tol, bool sgs)
-    : PreconditionedSolver(maxIter, tol), relaxation_(sgs) {}
+    : SsorPreconditioned(maxIter, tol, sgs) {}
 
 PreconditionedBbSolver::~PreconditionedBbSolver() = default;
-
-std::unique_ptr<Matrix> PreconditionedBbSolver::MakePreconditioner(const Matrix& A) {
-    return relaxation_.MakePreconditioner(A);
-}
 
 void PreconditionedBbSolver::PrepareVectors(int n) {
     PrepareWork(n, {&g_, &w_, &z_});

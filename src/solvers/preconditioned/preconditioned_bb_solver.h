@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "solvers/preconditioned/preconditioned_solver.h"
-#include "solvers/preconditioned/ssor_relaxation.h"
+#include "solvers/preconditioned/ssor_preconditioned.h"
 
 namespace orv {
 
@@ -25,7 +25,7 @@ namespace orv {
 /// Cost:    one product, one application of M, three dot products and two updates an iteration;
 ///          3 n floats kept, M made at each `Solve`.
 /// Source:  [MolinaRaydan1996], [BarzilaiBorwein1988]
-class PreconditionedBbSolver : public PreconditionedSolver {
+class PreconditionedBbSolver : public SsorPreconditioned<PreconditionedSolver> {
   public:
     /// At most `maxIter` steps; `sgs` relaxes M by 1 instead of 1.1.
     PreconditionedBbSolver(int maxIter, double tol, bool sgs);
@@ -35,17 +35,11 @@ class PreconditionedBbSolver : public PreconditionedSolver {
     std::unique_ptr<RealVector> Iterate(const Matrix& A, const RealVector& b,
                                         std::unique_ptr<RealVector> u) override;
 
-    std::unique_ptr<Matrix> MakePreconditioner(const Matrix& A) override;
-
-    /// The relaxation of the last preconditioner, 1 before the first.
-    double omega() const { return relaxation_.omega(); }
-
   protected:
     void PrepareVectors(int n) override;
     bool Start(const Matrix& A, const RealVector& b, const RealVector& u) override;
 
   private:
-    SsorRelaxation relaxation_;
     double alpha_ = 0.0;
     std::unique_ptr<RealVector> g_;
     std::unique_ptr<RealVector> w_;

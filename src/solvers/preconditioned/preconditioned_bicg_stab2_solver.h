@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include "solvers/bicg/bicg_stab2_state.h"
 #include "solvers/preconditioned/preconditioned_solver.h"
-#include "solvers/preconditioned/ssor_relaxation.h"
+#include "solvers/preconditioned/ssor_preconditioned.h"
 
 namespace orv {
 
@@ -38,9 +39,9 @@ namespace orv {
 ///          the NaN, and so does every later `Solve` of the same size.
 /// Cost:    four products, four applications of M, ten dot products and ten updates an
 ///          iteration; 11 n floats kept, M made at each `Solve`.
-/// Quirk:   stab2-stale-direction
+/// Quirk:   stab2-stale-direction, bicgstab2-keeps-direction
 /// Source:  [SleijpenFokkema1993]
-class PreconditionedBicgStab2Solver : public PreconditionedSolver {
+class PreconditionedBicgStab2Solver : public SsorPreconditioned<PreconditionedSolver> {
   public:
     /// At most `maxIter` double steps; `sgs` relaxes M by 1 instead of 1.1.
     PreconditionedBicgStab2Solver(int maxIter, double tol, bool sgs);
@@ -50,35 +51,12 @@ class PreconditionedBicgStab2Solver : public PreconditionedSolver {
     std::unique_ptr<RealVector> Iterate(const Matrix& A, const RealVector& b,
                                         std::unique_ptr<RealVector> u) override;
 
-    std::unique_ptr<Matrix> MakePreconditioner(const Matrix& A) override;
-
-    /// The relaxation of the last preconditioner, 1 before the first.
-    double omega() const { return relaxation_.omega(); }
-
   protected:
     void PrepareVectors(int n) override;
     bool Start(const Matrix& A, const RealVector& b, const RealVector& u) override;
 
   private:
-    void evenStep(const Matrix& A, RealVector& u);
-    void oddStep(const Matrix& A);
-    void minimise(RealVector& u);
-
-    SsorRelaxation relaxation_;
-    double alpha_ = 0.0;
-    double beta_ = 0.0;
-    double gamma_ = 0.0;
-    double rho0_ = 0.0;
-    double rho1_ = 0.0;
-    double omega1_ = 0.0;
-    double omega2_ = 0.0;
-    std::unique_ptr<RealVector> r_;
-    std::unique_ptr<RealVector> uHat_;
-    std::unique_ptr<RealVector> v_;
-    std::unique_ptr<RealVector> w_;
-    std::unique_ptr<RealVector> rTilde_;
-    std::unique_ptr<RealVector> s_;
-    std::unique_ptr<RealVector> t_;
+    BicgStab2State state_;
     std::unique_ptr<RealVector> z1_;
     std::unique_ptr<RealVector> z2_;
     std::unique_ptr<RealVector> z3_;

@@ -5,12 +5,8 @@
 namespace orv {
 
 PreconditionedBicgStabSolver::PreconditionedBicgStabSolver(int maxIter, double tol, bool sgs)
-    : StabRecurrenceSolver(maxIter, tol), relaxation_(sgs) {}
+    : SsorPreconditioned(maxIter, tol, sgs) {}
 
 PreconditionedBicgStabSolver::~PreconditionedBicgStabSolver() = default;
-
-std::unique_ptr<Matrix> PreconditionedBicgStabSolver::MakePreconditioner(const Matrix& A) {
-    return relaxation_.MakePreconditioner(A);
-}
 
 }  // namespace orv

@@ -9,13 +9,9 @@
 namespace orv {
 
 PreconditionedCgSolver::PreconditionedCgSolver(int maxIter, double tol, bool sgs)
-    : PreconditionedSolver(maxIter, tol), relaxation_(sgs) {}
+    : SsorPreconditioned(maxIter, tol, sgs) {}
 
 PreconditionedCgSolver::~PreconditionedCgSolver() = default;
-
-std::unique_ptr<Matrix> PreconditionedCgSolver::MakePreconditioner(const Matrix& A) {
-    return relaxation_.MakePreconditioner(A);
-}
 
 void PreconditionedCgSolver::PrepareVectors(int n) {
     PrepareWork(n, {&g_, &p_, &q_, &z_});

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "solvers/preconditioned/preconditioned_solver.h"
-#include "solvers/preconditioned/ssor_relaxation.h"
+#include "solvers/preconditioned/ssor_preconditioned.h"
 
 namespace orv {
 
@@ -23,7 +23,7 @@ namespace orv {
 /// Cost:    one product, one application of M, three dot products and three updates an
 ///          iteration; 4 n floats kept, M made at each `Solve`.
 /// Source:  [HestenesStiefel1952]; [Saad2003], algorithm 9.1
-class PreconditionedCgSolver : public PreconditionedSolver {
+class PreconditionedCgSolver : public SsorPreconditioned<PreconditionedSolver> {
   public:
     /// At most `maxIter` steps; `sgs` relaxes M by 1 instead of 1.1.
     PreconditionedCgSolver(int maxIter, double tol, bool sgs);
@@ -33,17 +33,11 @@ class PreconditionedCgSolver : public PreconditionedSolver {
     std::unique_ptr<RealVector> Iterate(const Matrix& A, const RealVector& b,
                                         std::unique_ptr<RealVector> u) override;
 
-    std::unique_ptr<Matrix> MakePreconditioner(const Matrix& A) override;
-
-    /// The relaxation of the last preconditioner, 1 before the first.
-    double omega() const { return relaxation_.omega(); }
-
   protected:
     void PrepareVectors(int n) override;
     bool Start(const Matrix& A, const RealVector& b, const RealVector& u) override;
 
   private:
-    SsorRelaxation relaxation_;
     double alpha_ = 0.0;
     double beta_ = 0.0;
     double gz_ = 0.0;  ///< g.z of the current g and z
