@@ -10,13 +10,6 @@
 
 namespace orv::test {
 
-/// What is left of a transcribed run.
-struct TranscribedRun {
-    RealVector u;
-    bool converged = false;
-    int iterations = 0;
-};
-
 /// How many preconditioners were made and how many of them live.
 struct PreconditionerCount {
     int made = 0;
