@@ -4,9 +4,9 @@
 
 #include <memory>
 
+#include "algebra/preconditioners/full_of.h"
 #include "algebra/storage/band_matrix.h"
 #include "algebra/storage/f_tri_diagonal_matrix.h"
-#include "algebra/storage/full_matrix.h"
 #include "base/text_output.h"
 #include "support/matrix_support.h"
 #include "support/solver_systems.h"
@@ -22,10 +22,7 @@ using test::windyPlane;
 
 // Rows (4, 2), (2, 5), whose factors are 1, 0.5 and 4, 2, 4.
 FullMatrix small() {
-    FullMatrix A(2, 2.0F);
-    A.Set(0, 0, 4.0F);
-    A.Set(1, 1, 5.0F);
-    return A;
+    return test::fullOf(4, 2, 2, 5);
 }
 
 TEST(CompactIncompleteLU0, SolvesWithTheFactorsThatItHolds) {

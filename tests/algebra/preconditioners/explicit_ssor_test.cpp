@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "algebra/preconditioners/explicit_preconditioned_product.h"
+#include "algebra/preconditioners/full_of.h"
 #include "algebra/storage/band_matrix.h"
 #include "algebra/storage/diagonal_matrix.h"
 #include "algebra/storage/f_tri_diagonal_matrix.h"
-#include "algebra/storage/full_matrix.h"
 #include "base/rounding.h"
 #include "base/runtime_random.h"
 #include "base/text_output.h"
@@ -26,14 +26,8 @@ using test::expectSameBits;
 using test::vectorOf;
 using test::wavyVector;
 
-// Rows (4, 1), (2, 8).
 FullMatrix small() {
-    FullMatrix A(2, 0.0F);
-    A.Set(0, 0, 4.0F);
-    A.Set(1, 0, 1.0F);
-    A.Set(0, 1, 2.0F);
-    A.Set(1, 1, 8.0F);
-    return A;
+    return test::fullOf(4, 1, 2, 8);
 }
 
 // lower diagonal upper x in double, with the factors straight from the definition.
@@ -150,8 +144,7 @@ TEST(ExplicitSsor, RefusesAnotherSizeAndGoesOn) {
 }
 
 TEST(ExplicitSsor, AZeroOnTheDiagonalGoesThrough) {
-    FullMatrix A = small();
-    A.Set(0, 0, 0.0F);
+    const FullMatrix A = test::fullOf(0, 1, 2, 8);
 
     const auto x = ExplicitSsor(A, 1.0).Solve(vectorOf({4, 10}), nullptr);
 

@@ -51,28 +51,26 @@ class Recorder : public PlainMatrix {
   public:
     Recorder(int n, std::string& calls) : PlainMatrix(n), calls_(&calls) {}
 
-    std::unique_ptr<RealVector> Multiply(const RealVector& x,
-                                         std::unique_ptr<RealVector>) const override {
-        *calls_ += 'm';
-        return x.Clone();
+    using Target = std::unique_ptr<RealVector>;
+    std::unique_ptr<RealVector> Multiply(const RealVector& x, Target) const override {
+        return note('m', x);
     }
-    std::unique_ptr<RealVector> MultiplyTransposed(const RealVector& x,
-                                                   std::unique_ptr<RealVector>) const override {
-        *calls_ += 't';
-        return x.Clone();
+    std::unique_ptr<RealVector> MultiplyTransposed(const RealVector& x, Target) const override {
+        return note('t', x);
     }
-    std::unique_ptr<RealVector> MultiplyAdjoint(const RealVector& x,
-                                                std::unique_ptr<RealVector>) const override {
-        *calls_ += 'a';
-        return x.Clone();
+    std::unique_ptr<RealVector> MultiplyAdjoint(const RealVector& x, Target) const override {
+        return note('a', x);
     }
-    std::unique_ptr<RealVector> MultiplyConjugate(const RealVector& x,
-                                                  std::unique_ptr<RealVector>) const override {
-        *calls_ += 'c';
-        return x.Clone();
+    std::unique_ptr<RealVector> MultiplyConjugate(const RealVector& x, Target) const override {
+        return note('c', x);
     }
 
   private:
+    std::unique_ptr<RealVector> note(char letter, const RealVector& x) const {
+        *calls_ += letter;
+        return x.Clone();
+    }
+
     std::string* calls_;
 };
 
