@@ -33,9 +33,9 @@ using Transcription = TranscribedRun (*)(const Matrix& A, const Matrix& M, const
                                          RealVector u, int maxIter, double tol);
 
 // The matrices that a method solves.
-enum class Domain { Symmetric, Any, WithFactors, None };
+enum class Domain { Symmetric, Any, WithFactors };
 
-// A solver of the list, written down step by step beside it.
+// A solver of the list and its steps, written down beside it.
 struct Method {
     const char* name;
     MakeSolver make;
@@ -83,17 +83,18 @@ constexpr Method kMethods[] = {
      Domain::Symmetric},
     {"SgsStab", make<PreconditionedBicgStabSolver, true>, sgs, ssor, stab, Domain::Any},
     {"SsorStab", make<PreconditionedBicgStabSolver, false>, ssor, sgs, stab, Domain::Any},
-    {"SgsStab2", make<PreconditionedBicgStab2Solver, true>, sgs, ssor, stab2, Domain::None},
-    {"SsorStab2", make<PreconditionedBicgStab2Solver, false>, ssor, sgs, stab2, Domain::None},
     {"Ilu0Stab", make<Ilu0BicgStabSolver>, ilu0, sgs, stab, Domain::WithFactors},
 };
 
-// Matrices of the domain, their smallest eigenvalue about 1.
+// Their u is no solution: Quirk.Stab2StaleDirection.
+constexpr Method kStray[] = {
+    {"SgsStab2", make<PreconditionedBicgStab2Solver, true>, sgs, ssor, stab2, Domain::Any},
+    {"SsorStab2", make<PreconditionedBicgStab2Solver, false>, ssor, sgs, stab2, Domain::Any},
+};
+
+// Matrices of the domain, their smallest eigenvalue about 1 or more.
 std::vector<std::unique_ptr<Matrix>> systemsOf(Domain domain) {
     std::vector<std::unique_ptr<Matrix>> systems;
-    if (domain == Domain::None) {
-        return systems;
-    }
     systems.push_back(diffusionPlane(9, 7, 3.0F).Clone());
     if (domain != Domain::WithFactors) {
         for (const int n : {1, 2, 3, 9, 40}) {
@@ -118,10 +119,19 @@ class PreconditionedFamily : public testing::TestWithParam<Method> {
   private:
     SilencedOutput silence_;
 };
-INSTANTIATE_TEST_SUITE_P(Methods, PreconditionedFamily, testing::ValuesIn(kMethods),
-                         [](const auto& method) { return std::string(method.param.name); });
 
-TEST_P(PreconditionedFamily, SolvesTheSystemsOfItsDomain) {
+std::string nameOf(const testing::TestParamInfo<Method>& method) {
+    return method.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Methods, PreconditionedFamily, testing::ValuesIn(kMethods), nameOf);
+INSTANTIATE_TEST_SUITE_P(Stray, PreconditionedFamily, testing::ValuesIn(kStray), nameOf);
+
+class PreconditionedConvergence : public PreconditionedFamily {};
+INSTANTIATE_TEST_SUITE_P(Methods, PreconditionedConvergence, testing::ValuesIn(kMethods),
+                         nameOf);
+
+TEST_P(PreconditionedConvergence, SolvesTheSystemsOfItsDomain) {
     const auto solver = GetParam().make(200, 1e-2);
     for (const std::unique_ptr<Matrix>& A : systemsOf(GetParam().domain)) {
         const int n = A->Rows();
