@@ -12,8 +12,13 @@ namespace orv {
 namespace {
 
 constexpr int kThomas = 0;
+constexpr int kConjugateGradients = 7;
 /// What the band factors of an unsplit scheme may take, bytes.
 constexpr double kMostFactorBytes = 4.0e9;
+
+bool isUnsplit(int scheme) {
+    return scheme == kScheme2DSemi || scheme == kScheme2DImplicit;
+}
 
 Planes oneStep(Planes planes, const DiffusionStep& step) {
     if (planes.size() == 1) {
@@ -22,6 +27,21 @@ Planes oneStep(Planes planes, const DiffusionStep& step) {
     }
     const std::unique_ptr<FloatImage3> colour = floatImage3Of(std::move(planes));
     return planesOf(step.threePlanes(*colour));
+}
+
+/// What to do when a solver broke down.
+std::string breakdownText(const Arguments& arguments) {
+    const int solver = arguments.integer("solver");
+    std::string advice = "take Thomas or CG";
+    if (solver == kThomas || solver == kConjugateGradients) {
+        advice = "take a smaller tau";
+    } else if (isUnsplit(arguments.integer("scheme"))) {
+        advice = "take CG, or fewer --solver-iterations (now " +
+                 std::to_string(arguments.integer("solver-iterations")) + ")";
+    }
+    return "the solver " + std::string(arguments.choiceName("solver")) +
+           " broke down on the scheme " + std::string(arguments.choiceName("scheme")) +
+           " (samples that are no numbers); " + advice;
 }
 
 }  // namespace
@@ -45,8 +65,7 @@ std::string diffusionRefusal(const Arguments& arguments, bool substeps, int widt
                " asks for more explicit sub-steps than can be counted";
     }
     const double factorBytes = 4.0 * width * height * (2.0 * width + 1.0);
-    if ((scheme == kScheme2DSemi || scheme == kScheme2DImplicit) && solver == kThomas &&
-        factorBytes > kMostFactorBytes) {
+    if (isUnsplit(scheme) && solver == kThomas && factorBytes > kMostFactorBytes) {
         return "the factors of Thomas on " + std::to_string(width) + " x " +
                std::to_string(height) + " pixels at once would take " +
                std::to_string(static_cast<long>(factorBytes / 1e9)) +
@@ -82,8 +101,7 @@ MethodResult runDiffusion(Planes planes, const Arguments& arguments, bool subste
             }
         }
         if (planes.empty() || planes[0] == nullptr || !allFinite(planes)) {
-            return failure("the solver " + std::string(arguments.choiceName("solver")) +
-                           " diverged with these parameters; take Thomas, or a smaller tau");
+            return failure(breakdownText(arguments));
         }
         observer.nextStep();
     }

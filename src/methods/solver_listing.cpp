@@ -20,12 +20,11 @@ struct Advice {
     bool planes;
     std::string_view note = {};
     int noteAbove = 0;
-    bool noteOnLinesOnly = false;
+    NoteScope noteScope = NoteScope::AllSchemes;
 };
 
 constexpr Advice kBoth{true, true};
-constexpr Advice kNotOnLines{false, true, "breaks down on lines that diffusion leaves alone", 0,
-                             true};
+constexpr Advice kNotOnAos{false, true, "breaks down on AOS", 0, NoteScope::Aos};
 constexpr Advice kWrong{false, false, "doesn't reach the solution: for study only"};
 
 // By id.
@@ -35,44 +34,58 @@ constexpr std::array<Advice, kSolverCount> kAdvice{{
     kBoth,                                                                            // GS
     kBoth,                                                                            // SOR
     kBoth,                                                                            // Descent
-    {false, true, "may break down on lines, once it is as exact as it can be", 10, true},  // BB
-    kBoth,                                                                        // CBB
-    kBoth,                                                                        // CG
-    kBoth,                                                                        // CG-NE
-    kBoth,                                                                        // CG-NR
-    kBoth,                                                                        // CGS-LS
-    {false, false, "solves a shifted system: wrong pictures, for study only"},    // CGS-LSsh
-    kWrong,                                                                       // CGi
-    kWrong,                                                                       // MINRES
-    kWrong,                                                                       // MR
-    kNotOnLines,                                                                  // SYMMLQ
-    kWrong,                                                                       // QMR
-    kWrong,                                                                       // TFQMR
-    kBoth,                                                                        // BiCG
-    kBoth,                                                                        // CGS
-    kNotOnLines,                                                                  // BiCGStab
-    {false, false, "knows no tolerance and breaks down beyond convergence", 10},  // QmrCGStab
-    kNotOnLines,                                                                  // QmrCGStab2
-    kNotOnLines,                                                                  // BiCGStab(2)
-    kBoth,                                                                        // GMRES(m)
-    kBoth,                                                                        // GCR(m)
-    kWrong,                                                                       // MGCR(m)
-    kBoth,                                                                        // GMRESR
-    kBoth,                                                                        // GMRESRAlt
-    {false, false, "may break down above 2 solver iterations", 2},                // GMRES*-CBB
-    kBoth,                                                               // GMRES*-BiCGstab
-    kWrong,                                                              // RRMR
-    {false, false, "gives the picture back unchanged: for study only"},  // RRGMRES(m)
-    kBoth,                                                               // SGS-BB
-    kBoth,                                                               // SGS-CG
-    kBoth,                                                               // SGS-BiCGStab
-    kWrong,                                                              // SGS-BiCGStab(2)
-    kBoth,                                                               // SSOR-BB
-    kBoth,                                                               // SSOR-CG
-    kBoth,                                                               // SSOR-BiCGStab
-    kWrong,                                                              // SSOR-BiCGStab(2)
-    {false, true},                                                       // ILU0-BiCGStab
+    {false, true, "may break down on lines, once it is as exact as it can be", 10,
+     NoteScope::Lines},                                                         // BB
+    kBoth,                                                                      // CBB
+    kBoth,                                                                      // CG
+    kBoth,                                                                      // CG-NE
+    kBoth,                                                                      // CG-NR
+    kBoth,                                                                      // CGS-LS
+    {false, false, "solves a shifted system: wrong pictures, for study only"},  // CGS-LSsh
+    kWrong,                                                                     // CGi
+    kWrong,                                                                     // MINRES
+    kWrong,                                                                     // MR
+    kNotOnAos,                                                                  // SYMMLQ
+    kWrong,                                                                     // QMR
+    kWrong,                                                                     // TFQMR
+    kBoth,                                                                      // BiCG
+    kBoth,                                                                      // CGS
+    kNotOnAos,                                                                  // BiCGStab
+    {false, false,
+     "knows no tolerance: breaks down beyond convergence, and on AOS"},            // QmrCGStab
+    {false, true, "stalls above its tolerance, and breaks down on AOS and AMOS"},  // QmrCGStab2
+    kNotOnAos,                                                      // BiCGStab(2)
+    kBoth,                                                          // GMRES(m)
+    kBoth,                                                          // GCR(m)
+    kWrong,                                                         // MGCR(m)
+    kBoth,                                                          // GMRESR
+    kNotOnAos,                                                      // GMRESRAlt
+    {false, false, "may break down above 2 solver iterations", 2},  // GMRES*-CBB
+    kBoth,                                                          // GMRES*-BiCGstab
+    kWrong,                                                         // RRMR
+    {false, false,
+     "returns what it starts from, the picture or black: for study only"},  // RRGMRES(m)
+    kBoth,                                                                  // SGS-BB
+    kBoth,                                                                  // SGS-CG
+    kBoth,                                                                  // SGS-BiCGStab
+    kWrong,                                                                 // SGS-BiCGStab(2)
+    kBoth,                                                                  // SSOR-BB
+    kBoth,                                                                  // SSOR-CG
+    kBoth,                                                                  // SSOR-BiCGStab
+    kWrong,                                                                 // SSOR-BiCGStab(2)
+    {false, true},                                                          // ILU0-BiCGStab
 }};
+
+bool covers(NoteScope scope, int scheme) {
+    switch (scope) {
+        case NoteScope::Aos:
+            return scheme == kSchemeAos;
+        case NoteScope::Lines:
+            return scheme != kScheme2DSemi && scheme != kScheme2DImplicit;
+        default:
+            return true;
+    }
+}
 
 std::vector<SolverEntry> listSolvers() {
     const LinearSolverList list(50, 10);
@@ -81,7 +94,7 @@ std::vector<SolverEntry> listSolvers() {
         const Advice& advice = kAdvice[static_cast<std::size_t>(id)];
         entries.push_back({id, list.name(id), list.groupName(list.group(id)),
                            list.description(id), advice.lines, advice.planes, advice.note,
-                           advice.noteAbove, advice.noteOnLinesOnly});
+                           advice.noteAbove, advice.noteScope});
     }
     return entries;
 }
@@ -127,10 +140,9 @@ std::string solversAsJson() {
 }
 
 std::string solverWarning(int id, int solverIterations, int scheme) {
-    const bool lines = scheme != kScheme2DSemi && scheme != kScheme2DImplicit;
     for (const SolverEntry& entry : solverListing()) {
         if (entry.id == id && !entry.note.empty() && solverIterations > entry.noteAbove &&
-            (lines || !entry.noteOnLinesOnly)) {
+            covers(entry.noteScope, scheme)) {
             return "the solver " + entry.name + " " + std::string(entry.note);
         }
     }

@@ -8,20 +8,24 @@
 
 namespace orv {
 
+/// Where the note of a solver holds. AOS alone starts a line from the solution of the line before,
+/// the first one from zeros.
+enum class NoteScope { AllSchemes, Lines, Aos };
+
 /// One linear solver as clients list it.
 struct SolverEntry {
     int id;
     std::string name;
     std::string group;
     std::string description;
-    /// Whether 50 iterations bring the systems of a photo within half a grey level of the exact
-    /// picture, with the defaults of `restore`.
+    /// Whether `restore` works with it by its defaults, and 50 iterations bring the systems of
+    /// its first step within half a grey level of the exact picture.
     bool suitsLines;   ///< the systems of LOD, AFI, ADI, AOS and AMOS: one line each
     bool suitsPlanes;  ///< those of 2DSemi and 2DImplicit: the whole plane
     /// What the user of a picture must know before choosing it; empty as a rule.
     std::string_view note;
-    int noteAbove;         ///< the note holds for more solver iterations than this
-    bool noteOnLinesOnly;  ///< and not for 2DSemi and 2DImplicit
+    int noteAbove;  ///< the note holds for more solver iterations than this
+    NoteScope noteScope;
 };
 
 /// All solvers of the catalogue, in the order of their ids.

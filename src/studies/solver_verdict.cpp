@@ -106,7 +106,8 @@ void judgeSolver(const SolverCurve& curve, const SolverStudy& study, int solverI
         if (early) {
             record.reason = "stops short of its tolerance";
         } else if (residual <= tolerances.absolute) {
-            record.reason = "as exact as floats can be, but its stopping test never holds";
+            record.reason =
+                "as exact as floats can be, but its test does not hold within the limit";
         }
     }
     // A breakdown with another limit alone, such as with a shorter restart length.

@@ -1,9 +1,11 @@
 """Wrong command lines: one line on standard error and exit code 2."""
 
 import json
+import os
+import subprocess
 import unittest
 
-from cli_support import FolderCase, run, samples, write_netpbm
+from cli_support import TOOL, FolderCase, run, samples, write_netpbm
 
 FLOWS = "PM, WE, WE2, WE3, WE4, VAR, TV"
 
@@ -149,6 +151,14 @@ class Listings(unittest.TestCase):
         self.assertEqual(lines[0].split(), ["id", "name", "suits", "group", "description"])
         self.assertRegex(lines[1], r"^0   Thomas +both +Direct Methods +LU Doolittle")
         self.assertRegex(lines[42], r"^41  ILU0-BiCGStab +planes +SSOR ")
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "this system lacks /dev/full")
+    def test_full_disk_of_a_listing(self):
+        for verb in ("solvers", "methods"):
+            with open("/dev/full", "w") as full:
+                done = subprocess.run([TOOL, verb, "--json"], stdout=full, stderr=subprocess.PIPE)
+            self.assertEqual(done.returncode, 3)
+            self.assertEqual(done.stderr, b"orv: standard output can't be written\n")
 
     def test_solvers_as_json(self):
         code, text, error = run("solvers", "--json")

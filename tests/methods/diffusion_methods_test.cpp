@@ -394,8 +394,7 @@ TEST(DiffusionMethods, RefuseABandFactorThatWouldNotFit) {
               "the factors of Thomas on 2000 x 1000 pixels at once woul");
 }
 
-TEST(DiffusionMethods, SayWhenASolverDiverges) {
-    const Arguments arguments = argumentsOf(kRestoreMethod, {{"solver", "SOR"}});
+TEST(DiffusionMethods, SayWhenASolverBreaksDownAndWhatToTake) {
     const auto poisoned = [] {
         return DiffusionStep{[](const FloatImage& plane) {
                                  auto result = plane.clone();
@@ -405,12 +404,26 @@ TEST(DiffusionMethods, SayWhenASolverDiverges) {
                              nullptr};
     };
 
-    const MethodResult result =
-        runDiffusion(testPlanes(8, 8, 1), arguments, false, poisoned, nullptr);
+    const struct {
+        const char* solver;
+        const char* scheme;
+        const char* advice;
+    } cases[] = {{"SOR", "AOS", "take Thomas or CG"},
+                 {"SOR", "2DSemi", "take CG, or fewer --solver-iterations (now 50)"},
+                 {"Thomas", "AOS", "take a smaller tau"},
+                 {"CG", "2DSemi", "take a smaller tau"}};
+    for (const auto& c : cases) {
+        const Arguments arguments =
+            argumentsOf(kRestoreMethod, {{"solver", c.solver}, {"scheme", c.scheme}});
 
-    EXPECT_EQ(result.error,
-              "the solver SOR diverged with these parameters; take Thomas, or a smaller tau");
-    EXPECT_TRUE(result.planes.empty());
+        const MethodResult result =
+            runDiffusion(testPlanes(8, 8, 1), arguments, false, poisoned, nullptr);
+
+        EXPECT_EQ(result.error, "the solver " + std::string(c.solver) +
+                                    " broke down on the scheme " + c.scheme +
+                                    " (samples that are no numbers); " + c.advice);
+        EXPECT_TRUE(result.planes.empty());
+    }
 }
 
 TEST(DiffusionMethods, OvershootIsClampedAtTheEnd) {

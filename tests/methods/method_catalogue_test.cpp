@@ -87,8 +87,11 @@ TEST(SolverListing, WarnsOnlyWhereTheNoteHolds) {
     EXPECT_EQ(solverWarning(29, 2, kSchemeAos), "");
     EXPECT_EQ(solverWarning(29, 3, kSchemeAos),
               "the solver GMRES*-CBB may break down above 2 solver iterations");
-    EXPECT_EQ(solverWarning(20, 50, kSchemeAos),
-              "the solver BiCGStab breaks down on lines that diffusion leaves alone");
+    EXPECT_EQ(solverWarning(20, 50, kSchemeAos), "the solver BiCGStab breaks down on AOS");
+    EXPECT_EQ(solverWarning(20, 50, kSchemeLod), "");
+    EXPECT_EQ(solverWarning(5, 50, kSchemeLod),
+              "the solver BB may break down on lines, once it is as exact as it can be");
+    EXPECT_EQ(solverWarning(5, 50, kScheme2DSemi), "");
     EXPECT_EQ(solverWarning(20, 50, kScheme2DSemi), "");
     EXPECT_EQ(solverWarning(99, 50, kSchemeAos), "");
 }

@@ -75,7 +75,8 @@ TEST(SolverVerdict, LimitWhenTheTestNeverHolds) {
     });
 
     EXPECT_EQ(record.status, SolverStatus::Limit);
-    EXPECT_EQ(record.reason, "as exact as floats can be, but its stopping test never holds");
+    EXPECT_EQ(record.reason,
+              "as exact as floats can be, but its test does not hold within the limit");
 }
 
 TEST(SolverVerdict, LimitWhenItStopsShort) {

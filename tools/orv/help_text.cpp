@@ -102,11 +102,14 @@ constexpr std::string_view kVipsNotes =
 
 constexpr std::string_view kStudyLegend =
     "Status of a solver:\n"
-    "  converged   stopped before the limit, with the residual at its tolerance\n"
+    "  converged   stopped by its own test or came to rest, as exact as it can be\n"
     "  limit       used all iterations, or stopped short of its tolerance\n"
     "  broke down  gave samples that are no numbers\n"
     "  wrong       left more than half of the error it began with, or never moved\n"
-    "  skipped     wasn't run, for the reason that is told\n";
+    "  skipped     wasn't run, for the reason that is told\n\n"
+    "The line (exact as floats) is the exact solution rounded to floats: no solver\n"
+    "can do better. Only the first time step is studied, on the brightness alone: a\n"
+    "solver that does well there may still break down in a later step.\n";
 
 constexpr std::string_view kExitCodes =
     "Exit codes:\n"

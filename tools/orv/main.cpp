@@ -95,7 +95,9 @@ int main(int argc, char** argv) {
     } catch (const std::bad_alloc&) {
         code = orv::cli::fail(ExitCode::Refused, "not enough memory for this picture");
     }
-    if (std::fflush(stdout) != 0 && code == ExitCode::Done) {
+    // A long text is written before the flush, so that a full disk shows in the stream alone.
+    const bool unwritten = std::fflush(stdout) != 0 || std::ferror(stdout) != 0;
+    if (unwritten && code == ExitCode::Done) {
         code = orv::cli::fail(ExitCode::File, "standard output can't be written");
     }
     return static_cast<int>(code);

@@ -20,8 +20,8 @@ const QUANTITIES = {
     },
 };
 const STATES = [
-    ["converged", "good", "needed fewer iterations than it was given, and its residual is at its tolerance"],
-    ["limit", "fair", "used every iteration it was given"],
+    ["converged", "good", "stopped by its own test or came to rest, as exact as it can be"],
+    ["limit", "fair", "used every iteration it was given, or stopped short of its tolerance"],
     ["wrong", "bad wrong", "finite, yet more than half of the error of the start is left"],
     ["broke down", "bad broken", "a sample of the result isn\u2019t finite"],
     ["skipped", "void", "not run; the note says why"],

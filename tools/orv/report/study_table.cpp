@@ -40,8 +40,8 @@ std::string scientific(double value) {
 std::string timeText(double seconds) {
     std::array<char, 32> text{};
     if (seconds < 1.0) {
-        std::snprintf(text.data(), text.size(), seconds < 0.01 ? "%.1f ms" : "%.0f ms",
-                      seconds * 1e3);
+        const int digits = seconds < 0.001 ? 3 : seconds < 0.01 ? 1 : 0;
+        std::snprintf(text.data(), text.size(), "%.*f ms", digits, seconds * 1e3);
     } else {
         std::snprintf(text.data(), text.size(), seconds < 100.0 ? "%.1f s" : "%.0f s", seconds);
     }
