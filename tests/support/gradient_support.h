@@ -4,57 +4,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
-#include <initializer_list>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "algebra/matrix.h"
 #include "algebra/real_vector.h"
-#include "algebra/storage/diagonal_matrix.h"
 #include "solvers/iterative_linear_solver.h"
-#include "support/direct_solution.h"
 #include "support/matrix_support.h"
+#include "support/solver_runs.h"
 #include "support/solver_systems.h"
 
 namespace orv::test {
-
-/// What a solve left.
-struct Solved {
-    RealVector u;
-    bool converged;
-};
-
-/// A method written down step by step, without any thrift: the yardstick of the bits.
-using PlainMethod = std::function<Solved(const Matrix& A, const RealVector& b, RealVector u,
-                                         int maxIter, double tol)>;
-
-/// A x in a new vector.
-inline RealVector product(const Matrix& A, const RealVector& x) {
-    return *A.Multiply(x, nullptr);
-}
-
-/// The transpose of A times x in a new vector.
-inline RealVector transposedProduct(const Matrix& A, const RealVector& x) {
-    return *A.MultiplyTransposed(x, nullptr);
-}
-
-/// The diagonal matrix of the given elements.
-inline DiagonalMatrix diagonal(std::initializer_list<float> elements) {
-    DiagonalMatrix A(static_cast<int>(elements.size()), 0.0F);
-    int i = 0;
-    for (const float element : elements) {
-        A.Set(i, i, element);
-        ++i;
-    }
-    return A;
-}
-
-/// sqrt(x.x).
-inline double norm(const RealVector& x) {
-    return std::sqrt(x.SumOfSquares());
-}
 
 /// The same bits, or NaN in both: the sign of a NaN is no result.
 inline bool sameResult(const RealVector& a, const RealVector& b) {
@@ -70,12 +30,6 @@ inline bool isFinite(const RealVector& u) {
     return std::all_of(u.data(), u.data() + u.size(),
                        [](float element) { return std::isfinite(element); });
 }
-
-/// A matrix and the name that a failed comparison shows.
-struct NamedSystem {
-    std::string name;
-    std::unique_ptr<Matrix> A;
-};
 
 /// Systems of every storage that the schemes and tests make, small and odd sizes among them.
 inline std::vector<NamedSystem> sampleSystems() {
@@ -113,17 +67,20 @@ void expectSameAsPlain(const PlainMethod& plain, double tol) {
     }
 }
 
-/// A solve from zero converges, its true residual in double stays below `residual` and its
-/// distance from the direct solution below `error`.
-inline void expectSolves(IterativeLinearSolver& solver, const Matrix& A, double residual,
-                         double error) {
-    const RealVector b = wavyVector(A.Rows());
+/// Solves lines from 1 to 200 unknowns and a plane, to true residuals below `ofLines` and
+/// `ofPlane` and errors below `error`.
+inline void expectSolvesDiffusion(IterativeLinearSolver& solver, double ofLines, double ofPlane,
+                                  double error) {
+    for (const int n : {1, 2, 3, 17, 200}) {
+        expectSolves(solver, diffusionLine(n, 2.0F), RealVector(n), ofLines, error);
+    }
+    expectSolves(solver, diffusionPlane(16, 12, 4.0F), RealVector(192), ofPlane, error);
+}
 
-    const auto u = solver.Solve(A, b, start(RealVector(A.Rows())));
-
-    EXPECT_TRUE(solver.converged()) << A.Rows();
-    EXPECT_LT(residualNorm(A, b, *u), residual) << A.Rows();
-    EXPECT_LT(largestError(*u, directSolution(A, b)), error) << A.Rows();
+/// Solves a plane in the wind to a true residual below `residual`, and a dense dominant matrix.
+inline void expectSolvesWithoutSymmetry(IterativeLinearSolver& solver, double residual) {
+    expectSolves(solver, windyPlane(16, 12, 1.0F), RealVector(192), residual, 1e-3);
+    expectSolves(solver, dominantMatrix(30), RealVector(30), 1e-3, 1e-4);
 }
 
 }  // namespace orv::test

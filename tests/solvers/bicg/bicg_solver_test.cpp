@@ -13,30 +13,31 @@ namespace orv {
 namespace {
 
 using test::diffusionLine;
-using test::expectSolvesSweep;
+using test::expectStrictTest;
 using test::expectTranscribed;
+using test::makeOf;
 using test::matrixOf;
 using test::norm;
 using test::PlainMatrix;
 using test::plus;
+using test::product;
 using test::sameVectorBits;
 using test::scaledPlus;
 using test::start;
-using test::times;
-using test::transposedTimes;
+using test::transposedProduct;
 using test::vectorOf;
 using test::wavyVector;
 
 RealVector transcribed(const Matrix& A, const RealVector& b, const RealVector& /*u*/,
                        int iterations) {
     RealVector u(b.size());
-    RealVector r = plus(b, -1.0, times(A, u));
+    RealVector r = plus(b, -1.0, product(A, u));
     RealVector rHat = r;
     RealVector p = r;
     RealVector pHat = r;
     for (int it = 0; it < iterations; ++it) {
-        const RealVector q = times(A, p);
-        const RealVector qHat = transposedTimes(A, pHat);
+        const RealVector q = product(A, p);
+        const RealVector qHat = transposedProduct(A, pHat);
         const double rho = rHat.Dot(r);
         const double alpha = rho / pHat.Dot(q);
         u = plus(u, alpha, p);
@@ -49,17 +50,8 @@ RealVector transcribed(const Matrix& A, const RealVector& b, const RealVector& /
     return u;
 }
 
-TEST(BicgSolver, SolvesLinesPlanesAndSystemsWithoutSymmetry) {
-    BicgSolver solver(200, 0.001);
-
-    // The recurred residual ends below 0.001; the true one differs from it by what floats of
-    // some 100 grey levels lose, and the smallest eigenvalue is near 1.
-    expectSolvesSweep(solver, /*converged=*/true, 0.002, 0.0005);
-}
-
 TEST(BicgSolver, FollowsItsFormulasToTheBit) {
-    expectTranscribed([](int maxIter) { return std::make_unique<BicgSolver>(maxIter, 0.0); },
-                      transcribed);
+    expectTranscribed(makeOf<BicgSolver>, transcribed);
 }
 
 TEST(BicgSolver, SolvesOneUnknownInOneStep) {
@@ -77,15 +69,9 @@ TEST(BicgSolver, ComparesTheResidualNormStrictly) {
     const PlainMatrix A = matrixOf({{1.0F, 0.0F}, {0.0F, 2.0F}});
     const RealVector b = vectorOf({3.0F, 3.0F});
     BicgSolver first(1, 0.0);
-    const RealVector r = plus(b, -1.0, times(A, *first.Solve(A, b, nullptr)));
+    const RealVector r = plus(b, -1.0, product(A, *first.Solve(A, b, nullptr)));
 
-    BicgSolver at(1, norm(r));
-    BicgSolver above(1, std::nextafter(norm(r), 2.0));
-    (void)at.Solve(A, b, nullptr);
-    (void)above.Solve(A, b, nullptr);
-
-    EXPECT_FALSE(at.converged());
-    EXPECT_TRUE(above.converged());
+    expectStrictTest(makeOf<BicgSolver>, A, b, norm(r));
 }
 
 TEST(BicgSolver, GoesOnWhenTheShadowResidualAloneIsSmall) {

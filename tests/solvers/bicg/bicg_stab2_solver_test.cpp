@@ -16,23 +16,23 @@ namespace {
 using test::diffusionLine;
 using test::directSolution;
 using test::dominantMatrix;
-using test::expectSolvesSweep;
 using test::expectTranscribed;
 using test::largestError;
+using test::makeOf;
 using test::norm;
 using test::plus;
+using test::product;
 using test::residualNorm;
 using test::sameVectorBits;
 using test::scaledPlus;
 using test::start;
 using test::sumOf;
-using test::times;
 using test::wavyVector;
 
 RealVector transcribed(const Matrix& A, const RealVector& b, const RealVector& begin,
                        int iterations) {
     RealVector u = begin;
-    RealVector r = plus(b, -1.0, times(A, u));
+    RealVector r = plus(b, -1.0, product(A, u));
     const RealVector rTilde = r;
     double rho0 = 1.0;
     double omega2 = 1.0;
@@ -45,22 +45,22 @@ RealVector transcribed(const Matrix& A, const RealVector& b, const RealVector& b
         double beta = rho1 * alpha / rho0;
         rho0 = rho1;
         uHat = scaledPlus(-beta, uHat, r);
-        RealVector v = times(A, uHat);
+        RealVector v = product(A, uHat);
         alpha = rho0 / v.Dot(rTilde);
         r = plus(r, -alpha, v);
-        RealVector s = times(A, r);
+        RealVector s = product(A, r);
         u = plus(u, alpha, uHat);
 
         rho1 = rTilde.Dot(s);
         beta = rho1 * alpha / rho0;
         rho0 = rho1;
         v = scaledPlus(-beta, v, s);
-        const RealVector w = times(A, v);
+        const RealVector w = product(A, v);
         alpha = rho0 / w.Dot(rTilde);
         uHat = scaledPlus(-beta, uHat, r);
         r = plus(r, -alpha, v);
         s = plus(s, -alpha, w);
-        const RealVector t = times(A, s);
+        const RealVector t = product(A, s);
 
         double omega1 = r.Dot(s);
         const double mu = s.SumOfSquares();
@@ -75,18 +75,8 @@ RealVector transcribed(const Matrix& A, const RealVector& b, const RealVector& b
     return u;
 }
 
-TEST(BicgStab2Solver, SolvesLinesPlanesAndSystemsWithoutSymmetry) {
-    BicgStab2Solver solver(200, 0.001);
-
-    // The recurred residual ends below 0.001; the true one differs from it by what floats of
-    // some 100 grey levels lose, and the smallest eigenvalue is near 1.
-    expectSolvesSweep(solver, /*converged=*/true, 0.002, 0.0005);
-}
-
 TEST(BicgStab2Solver, FollowsItsFormulasToTheBit) {
-    expectTranscribed(
-        [](int maxIter) { return std::make_unique<BicgStab2Solver>(maxIter, 0.0); },
-        transcribed);
+    expectTranscribed(makeOf<BicgStab2Solver>, transcribed);
 }
 
 TEST(BicgStab2Solver, ComparesTheResidualNormStrictly) {

@@ -7,6 +7,7 @@
 
 #include "support/bicg_support.h"
 #include "support/solver_systems.h"
+#include "support/watching_matrix.h"
 
 namespace orv {
 namespace {
@@ -19,13 +20,13 @@ using test::matrixOf;
 using test::norm;
 using test::PlainMatrix;
 using test::plus;
+using test::product;
 using test::residualNorm;
 using test::sameVectorBits;
-using test::SpyMatrix;
 using test::start;
 using test::sumOf;
-using test::times;
 using test::vectorOf;
+using test::WatchingMatrix;
 using test::wavyVector;
 
 constexpr QmrCgStabStep kSteps[] = {QmrCgStabStep::MinimalResidual,
@@ -41,7 +42,7 @@ RealVector transcribed(QmrCgStabStep step, const Matrix& A, const RealVector& b,
                        const RealVector& begin, int iterations) {
     const int n = b.size();
     RealVector u = begin;
-    RealVector r = plus(b, -1.0, times(A, u));
+    RealVector r = plus(b, -1.0, product(A, u));
     const RealVector rTilde = r;
     double alpha = 1.0;
     double rho = 1.0;
@@ -57,7 +58,7 @@ RealVector transcribed(QmrCgStabStep step, const Matrix& A, const RealVector& b,
         const double beta = (rhoNew * alpha) / (rho * omega);
         rho = rhoNew;
         p = sumOf({{beta, p}, {1.0, r}, {-(beta * omega), v}});
-        v = times(A, p);
+        v = product(A, p);
         alpha = rho / rTilde.Dot(v);
         const RealVector s = plus(r, -alpha, v);
 
@@ -68,7 +69,7 @@ RealVector transcribed(QmrCgStabStep step, const Matrix& A, const RealVector& b,
         const RealVector dTilde = plus(p, theta * theta * eta / alpha, d);
         const RealVector xTilde = plus(u, etaTilde, dTilde);
 
-        const RealVector t = times(A, s);
+        const RealVector t = product(A, s);
         if (step == QmrCgStabStep::NormQuotient) {
             omega = norm(s) / s.Dot(t);
         } else {
@@ -87,7 +88,7 @@ RealVector transcribed(QmrCgStabStep step, const Matrix& A, const RealVector& b,
 }
 
 TEST(QmrCgStabSolver, SolvesTheSweepWithinAFittingLimitButNeverSaysSo) {
-    for (const test::NamedMatrix& system : test::sweepSystems()) {
+    for (const test::NamedSystem& system : test::sweepSystems()) {
         const RealVector b = wavyVector(system.A->Rows());
         // Small and dominated systems are solved sooner, and more iterations would end as NaN.
         const int n = system.A->Rows();
@@ -105,7 +106,9 @@ TEST(QmrCgStabSolver, SolvesTheSweepWithinAFittingLimitButNeverSaysSo) {
 TEST(QmrCgStabSolver, FollowsItsFormulasToTheBit) {
     for (const QmrCgStabStep step : kSteps) {
         expectTranscribed(
-            [&](int maxIter) { return std::make_unique<QmrCgStabSolver>(maxIter, 0.0, step); },
+            [&](int maxIter, double tol) {
+                return std::make_unique<QmrCgStabSolver>(maxIter, tol, step);
+            },
             [&](const Matrix& A, const RealVector& b, const RealVector& u, int iterations) {
                 return transcribed(step, A, b, u, iterations);
             });
@@ -115,7 +118,7 @@ TEST(QmrCgStabSolver, FollowsItsFormulasToTheBit) {
 TEST(QmrCgStabSolver, RaisesConvergedWhenTheResidualVanishes) {
     // omega = 2 / 4 makes r = 0: d = (0, -1) + (1, 0), u = (0.5, 0) + 0.5 d.
     for (const QmrCgStabStep step : kSteps) {
-        const SpyMatrix A(twoSteps());
+        const WatchingMatrix A(twoSteps());
         QmrCgStabSolver solver(50, 1e-9, step);
 
         const auto u = solver.Solve(A, vectorOf({1.0F, 0.0F}), start(RealVector(2)));
@@ -161,7 +164,7 @@ TEST(Quirk, QmrcgstabOwnTest) {
     const FTriDiagonalMatrix A = diffusionLine(20, 1.0F);
     const RealVector b = wavyVector(20);
     for (const QmrCgStabStep step : kSteps) {
-        const SpyMatrix counted(A);
+        const WatchingMatrix counted(A);
         const double startNorm = norm(b);
         QmrCgStabSolver below(9, startNorm, step);
         QmrCgStabSolver above(9, std::nextafter(startNorm, 1e9), step);

@@ -10,21 +10,19 @@ namespace orv {
 namespace {
 
 using test::diagonal;
-using test::diffusionLine;
 using test::diffusionPlane;
 using test::expectSameAsPlain;
 using test::expectSolves;
+using test::expectSolvesDiffusion;
 using test::norm;
 using test::product;
-using test::sameVectorBits;
+using test::residual;
 using test::Solved;
 using test::start;
 using test::vectorOf;
-using test::wavyVector;
 
 Solved plainCg(const Matrix& A, const RealVector& b, RealVector u, int maxIter, double tol) {
-    RealVector r = b;
-    r.AddScaled(-1.0F, product(A, u));
+    RealVector r = residual(A, b, u);
     if (norm(r) < tol) {
         return {u, false};
     }
@@ -53,11 +51,8 @@ TEST(CgSolver, SolvesDiffusionLinesAndPlanes) {
 
     // Tolerance and float rounding of a residual of samples up to 60; the smallest eigenvalue
     // is 1, so the error is within the residual.
-    for (const int n : {1, 2, 3, 17, 200}) {
-        expectSolves(solver, diffusionLine(n, 2.0F), 1e-3, 1e-3);
-    }
-    expectSolves(solver, diffusionPlane(16, 12, 4.0F), 1e-3, 1e-3);
-    expectSolves(solver, diffusionPlane(5, 31, 40.0F), 1e-2, 1e-2);
+    expectSolvesDiffusion(solver, 1e-3, 1e-3, 1e-3);
+    expectSolves(solver, diffusionPlane(5, 31, 40.0F), RealVector(155), 1e-2, 1e-2);
 }
 
 TEST(CgSolver, TakesAsManyIterationsAsThereAreEigenvalues) {
@@ -72,28 +67,6 @@ TEST(CgSolver, TakesAsManyIterationsAsThereAreEigenvalues) {
     EXPECT_TRUE(two.converged());
     EXPECT_FALSE(one.converged());
     test::expectNear(*u, {1.0, 1.0, 2.0, -1.0}, 1e-5);
-}
-
-TEST(CgSolver, ReturnsASolvedStartWithConvergedLow) {
-    const FTriDiagonalMatrix A = diffusionLine(5, 1.0F);
-    const RealVector solution(5, 3.0F);
-    CgSolver solver(50, 0.0001);
-    (void)solver.Solve(A, wavyVector(5), nullptr);
-    ASSERT_TRUE(solver.converged());
-
-    const auto u = solver.Solve(A, solution, start(solution));
-
-    EXPECT_TRUE(sameVectorBits(*u, solution));
-    EXPECT_FALSE(solver.converged());
-}
-
-TEST(CgSolver, ReturnsAtOnceOnZeroData) {
-    CgSolver solver(50, 0.0001);
-
-    const auto u = solver.Solve(diffusionLine(6, 1.0F), RealVector(6), start(RealVector(6)));
-
-    EXPECT_TRUE(sameVectorBits(*u, RealVector(6)));
-    EXPECT_FALSE(solver.converged());
 }
 
 TEST(CgSolver, TestsTheResidualStrictlyBelowTheTolerance) {

@@ -147,6 +147,27 @@ TYPED_TEST(GradientFamily, LowersConvergedAtTheStartOfEachSolve) {
     EXPECT_FALSE(solver.converged());
 }
 
+template <class Solver>
+class GradientFamilyOfAStartTest : public testing::Test {};
+
+using StartTested = testing::Types<DescentSolver, CgSolver, CgNeSolver, CgNrSolver, CgsLsSolver,
+                                   CgsLsShiftedSolver>;
+TYPED_TEST_SUITE(GradientFamilyOfAStartTest, StartTested);
+
+TYPED_TEST(GradientFamilyOfAStartTest, ReturnsASolvedStartWithConvergedLow) {
+    TypeParam solver(50, 0.5);
+    for (const float value : {0.0F, 3.0F}) {
+        const RealVector solution(5, value);
+        (void)solver.Solve(FullMatrix(1, 2.0F), RealVector(1, 4.0F), start(RealVector(1)));
+        ASSERT_TRUE(solver.converged());
+
+        const auto u = solver.Solve(diffusionLine(5, 1.0F), solution, start(solution));
+
+        EXPECT_TRUE(sameVectorBits(*u, solution)) << value;
+        EXPECT_FALSE(solver.converged()) << value;
+    }
+}
+
 TYPED_TEST(GradientFamily, RunsToItsLimitOnASingularMatrix) {
     const FullMatrix zero(3, 0.0F);
     const RealVector b(3, 4.0F);

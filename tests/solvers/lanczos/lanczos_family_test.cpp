@@ -2,7 +2,6 @@
 
 #include <climits>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <string>
@@ -14,6 +13,7 @@
 #include "solvers/lanczos/symmlq_solver.h"
 #include "solvers/lanczos/tfqmr_solver.h"
 #include "support/matrix_support.h"
+#include "support/solver_runs.h"
 #include "support/solver_systems.h"
 #include "support/watching_matrix.h"
 
@@ -23,6 +23,7 @@ namespace {
 using test::diffusionLine;
 using test::diffusionPlane;
 using test::dominantMatrix;
+using test::makeOf;
 using test::sameVectorBits;
 using test::start;
 using test::wavyVector;
@@ -30,7 +31,7 @@ using test::wavyVector;
 /// A member of the family and what the common laws need to know of it.
 struct Member {
     std::string name;
-    std::function<std::unique_ptr<IterativeLinearSolver>(int maxIter, double tol)> make;
+    test::SolverMaker make;
     int startProducts;
     int products;
     bool keepsNan;
@@ -150,11 +151,6 @@ TEST_P(LanczosFamily, MakesTheStatedProductsInMemoryThatItKeeps) {
     EXPECT_EQ(products, GetParam().startProducts + 3 * GetParam().products);
     EXPECT_EQ(targets.count(nullptr), 0U);
     EXPECT_EQ(A.targets(), targets);
-}
-
-template <class Solver>
-std::unique_ptr<IterativeLinearSolver> makeOf(int maxIter, double tol) {
-    return std::make_unique<Solver>(maxIter, tol);
 }
 
 std::unique_ptr<IterativeLinearSolver> makeMr(int maxIter, double tol) {

@@ -8,7 +8,8 @@
 
 #include "algebra/matrix.h"
 #include "base/rounding.h"
-#include "support/direct_solution.h"
+#include "support/lanczos_support.h"
+#include "support/solver_runs.h"
 #include "support/solver_systems.h"
 
 namespace orv {
@@ -16,32 +17,28 @@ namespace {
 
 using test::diffusionLine;
 using test::diffusionPlane;
-using test::directSolution;
-using test::largestError;
-using test::residualNorm;
+using test::expectMissesSolution;
+using test::expectStopsLater;
+using test::expectWrittenDown;
+using test::makeOf;
+using test::norm;
+using test::PlainMethod;
+using test::product;
+using test::residual;
 using test::sameVectorBits;
+using test::Solved;
 using test::start;
 using test::wavyVector;
-using test::windyPlane;
-
-/// What a solve gives: the solution, the flag and the iterations.
-struct Outcome {
-    RealVector u;
-    bool converged;
-    int iterations;
-};
 
 /// The method written down step by step; w goes on from solve to solve.
-Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxIter, double tol,
-                    RealVector& w) {
+Solved writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxIter, double tol,
+                   RealVector& w) {
     const int n = A.Rows();
-    RealVector r = b;
-    RealVector t = *A.Multiply(u, nullptr);
-    r.AddScaled(-1.0F, t);
-    if (std::sqrt(r.SumOfSquares()) < tol) {
+    RealVector r = residual(A, b, u);
+    if (norm(r) < tol) {
         return {u, false, 0};
     }
-    double eta = std::sqrt(r.SumOfSquares());
+    double eta = norm(r);
     RealVector v = r;
     v.DivideScalar(toFloat(eta));
     double beta = 0;
@@ -52,11 +49,11 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
     RealVector p(n);
     RealVector q = v;
     for (int k = 1; k <= maxIter; ++k) {
-        t = *A.Multiply(v, nullptr);
+        RealVector t = product(A, v);
         t.AddScaled(toFloat(-beta), vOld);
         const double alpha = v.Dot(t);
         t.AddScaled(toFloat(-alpha), v);
-        beta = std::sqrt(t.SumOfSquares());
+        beta = norm(t);
         vOld = v;
         v = t;
         v.DivideScalar(toFloat(beta));
@@ -80,63 +77,30 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
     return {u, false, maxIter};
 }
 
+/// The solves of one solver, of n unknowns each.
+PlainMethod plainMinres(int n) {
+    return [w = RealVector(n)](const Matrix& A, const RealVector& b, RealVector u, int maxIter,
+                               double tol) mutable {
+        return writtenDown(A, b, std::move(u), maxIter, tol, w);
+    };
+}
+
 TEST(MinresSolver, GivesTheBitsOfTheMethodWrittenDown) {
-    const FTriDiagonalMatrix line = diffusionLine(25, 2.0F);
-    const BandMatrix plane = diffusionPlane(5, 5, 1.0F);
-    const BandMatrix windy = windyPlane(5, 5, 1.0F);
-    const RealVector b = wavyVector(25);
-    for (const Matrix* A :
-         {static_cast<const Matrix*>(&line), static_cast<const Matrix*>(&plane),
-          static_cast<const Matrix*>(&windy)}) {
-        for (const int maxIter : {1, 2, 3, 8, 15}) {
-            MinresSolver solver(maxIter, 1e-9);
-            RealVector w(25);
-            for (const float value : {0.0F, 7.0F, -1.0F}) {
-                const RealVector u0(25, value);
-
-                const Outcome expected = writtenDown(*A, b, u0, maxIter, 1e-9, w);
-
-                EXPECT_TRUE(sameVectorBits(*solver.Solve(*A, b, start(u0)), expected.u))
-                    << maxIter << " from " << value;
-            }
-        }
-    }
+    expectWrittenDown(makeOf<MinresSolver>, [] { return plainMinres(25); }, {1, 2, 3, 8, 15},
+                      {0.0F, 7.0F, -1.0F});
 }
 
 TEST(MinresSolver, RaisesConvergedFarFromTheSolution) {
-    const FTriDiagonalMatrix line = diffusionLine(40, 2.0F);
-    const BandMatrix plane = diffusionPlane(8, 6, 1.0F);
-    for (const Matrix* A :
-         {static_cast<const Matrix*>(&line), static_cast<const Matrix*>(&plane)}) {
-        const RealVector b = wavyVector(A->Rows());
-        MinresSolver solver(100, 0.0001);
-
-        const auto u = solver.Solve(*A, b, nullptr);
-
-        EXPECT_TRUE(solver.converged());
-        // Worse than the start vector, whose part along the first Lanczos vector is missing.
-        EXPECT_GT(residualNorm(*A, b, *u), residualNorm(*A, b, b));
-        EXPECT_GT(largestError(*u, directSolution(*A, b)), 20.0);
-    }
+    // Worse than the start vector, whose part along the first Lanczos vector is missing.
+    MinresSolver ofLine(100, 0.0001);
+    expectMissesSolution(ofLine, diffusionLine(40, 2.0F), wavyVector(40), true, 20.0);
+    MinresSolver ofPlane(100, 0.0001);
+    expectMissesSolution(ofPlane, diffusionPlane(8, 6, 1.0F), wavyVector(48), true, 20.0);
 }
 
 TEST(MinresSolver, StopsOnTheProductOfItsSines) {
-    const BandMatrix A = diffusionPlane(8, 6, 1.0F);
-    const RealVector b = wavyVector(48);
-    int last = 0;
-    for (const double tol : {100.0, 10.0, 1.0, 0.1, 0.01}) {
-        RealVector w(48);
-        const Outcome expected = writtenDown(A, b, b, 60, tol, w);
-        MinresSolver solver(60, tol);
-
-        const auto u = solver.Solve(A, b, nullptr);
-
-        EXPECT_TRUE(solver.converged()) << tol;
-        EXPECT_TRUE(expected.converged) << tol;
-        EXPECT_GT(expected.iterations, last) << tol;
-        EXPECT_TRUE(sameVectorBits(*u, expected.u)) << tol;
-        last = expected.iterations;
-    }
+    expectStopsLater(makeOf<MinresSolver>, [] { return plainMinres(48); },
+                     {100.0, 10.0, 1.0, 0.1, 0.01});
 }
 
 TEST(MinresSolver, EndsASystemOfOneUnknownAtItsStartVector) {

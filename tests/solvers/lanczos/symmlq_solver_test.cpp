@@ -8,7 +8,8 @@
 
 #include "algebra/matrix.h"
 #include "base/rounding.h"
-#include "support/direct_solution.h"
+#include "support/lanczos_support.h"
+#include "support/solver_runs.h"
 #include "support/solver_systems.h"
 
 namespace orv {
@@ -16,32 +17,33 @@ namespace {
 
 using test::diffusionLine;
 using test::diffusionPlane;
-using test::directSolution;
-using test::largestError;
+using test::expectSolves;
+using test::expectStopsLater;
+using test::expectWrittenDown;
+using test::makeOf;
+using test::matrixOf;
+using test::norm;
+using test::PlainMatrix;
+using test::PlainMethod;
+using test::product;
+using test::residual;
 using test::residualNorm;
 using test::sameVectorBits;
+using test::Solved;
 using test::start;
+using test::vectorOf;
 using test::wavyVector;
 using test::windyPlane;
 
-/// What a solve gives: the solution, the flag and the iterations.
-struct Outcome {
-    RealVector u;
-    bool converged;
-    int iterations;
-};
-
 /// The method written down step by step; `zeta` goes on from solve to solve.
-Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxIter, double tol,
-                    double& zeta) {
+Solved writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxIter, double tol,
+                   double& zeta) {
     const int n = A.Rows();
-    RealVector r = b;
-    RealVector t = *A.Multiply(u, nullptr);
-    r.AddScaled(-1.0F, t);
-    if (std::sqrt(r.SumOfSquares()) < tol) {
+    RealVector r = residual(A, b, u);
+    if (norm(r) < tol) {
         return {u, false, 0};
     }
-    const double beta1 = std::sqrt(r.SumOfSquares());
+    const double beta1 = norm(r);
     RealVector v = r;
     v.DivideScalar(toFloat(beta1));
     double beta = 0;
@@ -52,11 +54,11 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
     RealVector vOld(n);
     RealVector wBar = v;
     for (int k = 1; k <= maxIter; ++k) {
-        t = *A.Multiply(v, nullptr);
+        RealVector t = product(A, v);
         t.AddScaled(toFloat(-beta), vOld);
         const double alpha = v.Dot(t);
         t.AddScaled(toFloat(-alpha), v);
-        beta = std::sqrt(t.SumOfSquares());
+        beta = norm(t);
         vOld = v;
         v = t;
         v.DivideScalar(toFloat(beta));
@@ -83,28 +85,22 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
     return {u, false, maxIter};
 }
 
+/// The solves of one solver.
+PlainMethod plainSymmlq() {
+    return [zeta = 0.0](const Matrix& A, const RealVector& b, RealVector u, int maxIter,
+                        double tol) mutable {
+        return writtenDown(A, b, std::move(u), maxIter, tol, zeta);
+    };
+}
+
 TEST(SymmlqSolver, SolvesSymmetricSystems) {
+    // The estimate leaves the rounding of u and of the recurrence out: twice the tolerance.
     for (const int n : {3, 9, 40, 200}) {
-        const FTriDiagonalMatrix A = diffusionLine(n, 2.0F);
-        const RealVector b = wavyVector(n);
         SymmlqSolver solver(200, 1e-3);
-
-        const auto u = solver.Solve(A, b, start(RealVector(n)));
-
-        EXPECT_TRUE(solver.converged()) << n;
-        // The estimate leaves the rounding of u and of the recurrence out: twice the tolerance.
-        EXPECT_LT(residualNorm(A, b, *u), 2e-3) << n;
-        EXPECT_LT(largestError(*u, directSolution(A, b)), 2e-3) << n;
+        expectSolves(solver, diffusionLine(n, 2.0F), RealVector(n), 2e-3, 2e-3);
     }
-    const BandMatrix plane = diffusionPlane(16, 12, 2.0F);
-    const RealVector b = wavyVector(192);
     SymmlqSolver solver(200, 1e-3);
-
-    const auto u = solver.Solve(plane, b, nullptr);
-
-    EXPECT_TRUE(solver.converged());
-    EXPECT_LT(residualNorm(plane, b, *u), 2e-3);
-    EXPECT_LT(largestError(*u, directSolution(plane, b)), 2e-3);
+    expectSolves(solver, diffusionPlane(16, 12, 2.0F), wavyVector(192), 2e-3, 2e-3);
 }
 
 TEST(SymmlqSolver, SolvesIndefiniteSystems) {
@@ -112,14 +108,9 @@ TEST(SymmlqSolver, SolvesIndefiniteSystems) {
     for (int i = 0; i < 30; i += 3) {
         A.Set(i, i, -5.0F);
     }
-    const RealVector b = wavyVector(30);
     SymmlqSolver solver(200, 1e-3);
 
-    const auto u = solver.Solve(A, b, nullptr);
-
-    EXPECT_TRUE(solver.converged());
-    EXPECT_LT(residualNorm(A, b, *u), 5e-3);
-    EXPECT_LT(largestError(*u, directSolution(A, b)), 5e-3);
+    expectSolves(solver, A, wavyVector(30), 5e-3, 5e-3);
 }
 
 TEST(SymmlqSolver, DoesNotSolveSystemsWithoutSymmetry) {
@@ -134,45 +125,11 @@ TEST(SymmlqSolver, DoesNotSolveSystemsWithoutSymmetry) {
 }
 
 TEST(SymmlqSolver, GivesTheBitsOfTheMethodWrittenDown) {
-    const FTriDiagonalMatrix line = diffusionLine(25, 2.0F);
-    const BandMatrix plane = diffusionPlane(5, 5, 1.0F);
-    const BandMatrix windy = windyPlane(5, 5, 1.0F);
-    const RealVector b = wavyVector(25);
-    for (const Matrix* A :
-         {static_cast<const Matrix*>(&line), static_cast<const Matrix*>(&plane),
-          static_cast<const Matrix*>(&windy)}) {
-        for (const int maxIter : {1, 2, 3, 8, 15}) {
-            SymmlqSolver solver(maxIter, 1e-9);
-            double zeta = 0.0;
-            for (const float value : {0.0F, 7.0F}) {
-                const RealVector u0(25, value);
-
-                const Outcome expected = writtenDown(*A, b, u0, maxIter, 1e-9, zeta);
-
-                EXPECT_TRUE(sameVectorBits(*solver.Solve(*A, b, start(u0)), expected.u))
-                    << maxIter;
-            }
-        }
-    }
+    expectWrittenDown(makeOf<SymmlqSolver>, plainSymmlq, {1, 2, 3, 8, 15}, {0.0F, 7.0F});
 }
 
 TEST(SymmlqSolver, StopsOnItsEstimate) {
-    const BandMatrix A = diffusionPlane(8, 6, 1.0F);
-    const RealVector b = wavyVector(48);
-    int last = 0;
-    for (const double tol : {100.0, 10.0, 1.0, 0.1, 0.01}) {
-        double zeta = 0.0;
-        const Outcome expected = writtenDown(A, b, b, 60, tol, zeta);
-        SymmlqSolver solver(60, tol);
-
-        const auto u = solver.Solve(A, b, nullptr);
-
-        EXPECT_TRUE(solver.converged()) << tol;
-        EXPECT_TRUE(expected.converged) << tol;
-        EXPECT_GT(expected.iterations, last) << tol;
-        EXPECT_TRUE(sameVectorBits(*u, expected.u)) << tol;
-        last = expected.iterations;
-    }
+    expectStopsLater(makeOf<SymmlqSolver>, plainSymmlq, {100.0, 10.0, 1.0, 0.1, 0.01});
 }
 
 TEST(SymmlqSolver, FillsASystemOfOneUnknownWithNan) {
@@ -188,11 +145,8 @@ TEST(SymmlqSolver, FillsASystemOfOneUnknownWithNan) {
 TEST(SymmlqSolver, FillsWithNanAndTrustsItsEstimateWhenTheKrylovSpaceEnds) {
     // A = (4 1; 1 4), b = (4, 0): zeta = 4 / sqrt(17) and x = 8 / sqrt(17), so that the second
     // step, whose beta is 0, estimates 32 / 17 = 1.88.
-    FullMatrix A(2, 1.0F);
-    A.Set(0, 0, 4.0F);
-    A.Set(1, 1, 4.0F);
-    RealVector b(2);
-    b[0] = 4.0F;
+    const PlainMatrix A = matrixOf({{4.0F, 1.0F}, {1.0F, 4.0F}});
+    const RealVector b = vectorOf({4.0F, 0.0F});
     SymmlqSolver above(5, 1.9);
     SymmlqSolver below(5, 1.8);
 

@@ -8,7 +8,8 @@
 
 #include "algebra/matrix.h"
 #include "base/rounding.h"
-#include "support/direct_solution.h"
+#include "support/lanczos_support.h"
+#include "support/solver_runs.h"
 #include "support/solver_systems.h"
 #include "support/watching_matrix.h"
 
@@ -17,31 +18,28 @@ namespace {
 
 using test::diffusionLine;
 using test::diffusionPlane;
-using test::directSolution;
-using test::dominantMatrix;
-using test::largestError;
-using test::residualNorm;
+using test::expectMissesSolution;
+using test::expectStopsLater;
+using test::expectWrittenDown;
+using test::makeOf;
+using test::matrixOf;
+using test::norm;
+using test::PlainMethod;
+using test::residual;
 using test::sameVectorBits;
+using test::Solved;
 using test::start;
+using test::vectorOf;
 using test::wavyVector;
 using test::windyPlane;
 
-/// What a solve gives: the solution, the flag, the iterations and the search vector.
-struct Outcome {
-    RealVector u;
-    bool converged;
-    int iterations;
-    RealVector y;
-};
-
 /// The method written down step by step.
-Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxIter,
-                    double tol) {
+Solved writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxIter,
+                   double tol) {
     const int n = A.Rows();
-    RealVector y = b;
-    y.AddScaled(-1.0F, *A.Multiply(u, nullptr));
-    if (std::sqrt(y.SumOfSquares()) < tol) {
-        return {u, false, 0, y};
+    RealVector y = residual(A, b, u);
+    if (norm(y) < tol) {
+        return {u, false, 0};
     }
     const RealVector rTilde = y;
     RealVector w = y;
@@ -49,7 +47,7 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
     RealVector v = *A.Multiply(u, nullptr);
     RealVector z = v;
     double rho = rTilde.Dot(y);
-    double tau = std::sqrt(y.SumOfSquares());
+    double tau = norm(y);
     double theta = 0;
     double eta = 0;
     for (int k = 1; k <= maxIter; ++k) {
@@ -66,7 +64,7 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
             }
             w.AddScaled(toFloat(-alpha), v);
             const double thetaOld = theta;
-            theta = std::sqrt(w.SumOfSquares()) / tau;
+            theta = norm(w) / tau;
             const double c = 1 / std::sqrt(theta * theta + 1);
             tau = theta * tau * c;
             const double etaOld = eta;
@@ -77,8 +75,8 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
                 u[i] = u[i] + toFloat(eta) * d[i];
             }
         }
-        if (std::sqrt(y.SumOfSquares()) < tol) {
-            return {u, true, k, y};
+        if (norm(y) < tol) {
+            return {u, true, k};
         }
         rho = rTilde.Dot(w);
         if (rhoOld == 0) {
@@ -93,63 +91,26 @@ Outcome writtenDown(const Matrix& A, const RealVector& b, RealVector u, int maxI
         v = *A.Multiply(y, nullptr);
         z.Add(v);
     }
-    return {u, false, maxIter, y};
+    return {u, false, maxIter};
+}
+
+PlainMethod plainTfqmr() {
+    return writtenDown;
 }
 
 TEST(TfqmrSolver, GivesTheBitsOfTheMethodWrittenDown) {
-    const FTriDiagonalMatrix line = diffusionLine(25, 2.0F);
-    const BandMatrix plane = diffusionPlane(5, 5, 1.0F);
-    const BandMatrix windy = windyPlane(5, 5, 1.0F);
-    const FullMatrix dense = dominantMatrix(25);
-    const RealVector b = wavyVector(25);
-    for (const Matrix* A :
-         {static_cast<const Matrix*>(&line), static_cast<const Matrix*>(&plane),
-          static_cast<const Matrix*>(&windy), static_cast<const Matrix*>(&dense)}) {
-        for (const int maxIter : {1, 2, 3, 8}) {
-            TfqmrSolver solver(maxIter, 1e-9);
-            for (const RealVector& u0 : {b, RealVector(25, 7.0F), RealVector(25, -1.0F)}) {
-                const Outcome expected = writtenDown(*A, b, u0, maxIter, 1e-9);
-
-                EXPECT_TRUE(sameVectorBits(*solver.Solve(*A, b, start(u0)), expected.u))
-                    << maxIter;
-            }
-        }
-    }
+    expectWrittenDown(makeOf<TfqmrSolver>, plainTfqmr, {1, 2, 3, 8}, {7.0F, -1.0F});
 }
 
 TEST(TfqmrSolver, RaisesConvergedFarFromTheSolution) {
-    const BandMatrix plane = diffusionPlane(8, 6, 1.0F);
-    const BandMatrix windy = windyPlane(8, 6, 1.0F);
-    for (const Matrix* A :
-         {static_cast<const Matrix*>(&plane), static_cast<const Matrix*>(&windy)}) {
-        const RealVector b = wavyVector(48);
-        TfqmrSolver solver(100, 0.0001);
-
-        const auto u = solver.Solve(*A, b, nullptr);
-
-        EXPECT_TRUE(solver.converged());
-        EXPECT_GT(residualNorm(*A, b, *u), residualNorm(*A, b, b));
-        EXPECT_GT(largestError(*u, directSolution(*A, b)), 20.0);
-    }
+    TfqmrSolver ofPlane(100, 0.0001);
+    expectMissesSolution(ofPlane, diffusionPlane(8, 6, 1.0F), wavyVector(48), true, 20.0);
+    TfqmrSolver ofWindyPlane(100, 0.0001);
+    expectMissesSolution(ofWindyPlane, windyPlane(8, 6, 1.0F), wavyVector(48), true, 20.0);
 }
 
 TEST(TfqmrSolver, StopsOnItsSearchVector) {
-    const BandMatrix A = diffusionPlane(8, 6, 1.0F);
-    const RealVector b = wavyVector(48);
-    int last = 0;
-    for (const double tol : {100.0, 1.0, 0.01}) {
-        const Outcome expected = writtenDown(A, b, b, 60, tol);
-        TfqmrSolver solver(60, tol);
-
-        const auto u = solver.Solve(A, b, nullptr);
-
-        EXPECT_TRUE(solver.converged()) << tol;
-        EXPECT_TRUE(expected.converged) << tol;
-        EXPECT_LT(std::sqrt(expected.y.SumOfSquares()), tol);
-        EXPECT_GT(expected.iterations, last) << tol;
-        EXPECT_TRUE(sameVectorBits(*u, expected.u)) << tol;
-        last = expected.iterations;
-    }
+    expectStopsLater(makeOf<TfqmrSolver>, plainTfqmr, {100.0, 1.0, 0.01});
 }
 
 TEST(TfqmrSolver, TakesTwoHalfStepsOnASystemOfOneUnknown) {
@@ -170,17 +131,10 @@ TEST(TfqmrSolver, LeavesTheIterationAfterItsHalfStepsWhenRhoWasZero) {
     // A moves the unit vectors on, e1 to e2 to e3 to e1. From u = (-1, 0, 1): rTilde = e1,
     // z = (1, -1, 0), alpha = 1, y = e2, w = e2 - e3, so that rho = 0; then sigma = -1 and
     // alpha = 0, which the second iteration divides by. It makes one product, not two.
-    FullMatrix A(3, 0.0F);
-    A.Set(0, 1, 1.0F);
-    A.Set(1, 2, 1.0F);
-    A.Set(2, 0, 1.0F);
-    RealVector b(3);
-    b[0] = 2.0F;
-    b[1] = -1.0F;
-    RealVector u0(3);
-    u0[0] = -1.0F;
-    u0[2] = 1.0F;
-    const test::WatchingMatrix watched(A);
+    const test::WatchingMatrix watched(
+        matrixOf({{0.0F, 0.0F, 1.0F}, {1.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F}}));
+    const RealVector b = vectorOf({2.0F, -1.0F, 0.0F});
+    const RealVector u0 = vectorOf({-1.0F, 0.0F, 1.0F});
     TfqmrSolver solver(4, 0.0001);
 
     const auto u = solver.Solve(watched, b, start(u0));
