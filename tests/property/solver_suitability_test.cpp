@@ -89,7 +89,9 @@ TEST(SolverSuitability, IsWhatTheSystemsOfPhotosShow) {
 
     for (const SolverEntry& entry : solverListing()) {
         const auto id = static_cast<std::size_t>(entry.id);
-        EXPECT_EQ(entry.suitsLines, !failsOnLines[id]) << entry.name;
+        // One breaks down on larger photos alone, after the first step of AOS.
+        const bool failsLater = entry.name == "GMRESRAlt";
+        EXPECT_EQ(entry.suitsLines, !failsOnLines[id] && !failsLater) << entry.name;
         EXPECT_EQ(entry.suitsPlanes, !failsOnPlanes[id]) << entry.name;
     }
 }
