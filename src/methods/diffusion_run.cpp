@@ -16,10 +16,6 @@ constexpr int kConjugateGradients = 7;
 /// What the band factors of an unsplit scheme may take, bytes.
 constexpr double kMostFactorBytes = 4.0e9;
 
-bool isUnsplit(int scheme) {
-    return scheme == kScheme2DSemi || scheme == kScheme2DImplicit;
-}
-
 Planes oneStep(Planes planes, const DiffusionStep& step) {
     if (planes.size() == 1) {
         planes[0] = step.onePlane(*planes[0]);
@@ -35,7 +31,7 @@ std::string breakdownText(const Arguments& arguments) {
     std::string advice = "take Thomas or CG";
     if (solver == kThomas || solver == kConjugateGradients) {
         advice = "take a smaller tau";
-    } else if (isUnsplit(arguments.integer("scheme"))) {
+    } else if (isUnsplitScheme(arguments.integer("scheme"))) {
         advice = "take CG, or fewer --solver-iterations (now " +
                  std::to_string(arguments.integer("solver-iterations")) + ")";
     }
@@ -65,7 +61,7 @@ std::string diffusionRefusal(const Arguments& arguments, bool substeps, int widt
                " asks for more explicit sub-steps than can be counted";
     }
     const double factorBytes = 4.0 * width * height * (2.0 * width + 1.0);
-    if (isUnsplit(scheme) && solver == kThomas && factorBytes > kMostFactorBytes) {
+    if (isUnsplitScheme(scheme) && solver == kThomas && factorBytes > kMostFactorBytes) {
         return "the factors of Thomas on " + std::to_string(width) + " x " +
                std::to_string(height) + " pixels at once would take " +
                std::to_string(static_cast<long>(factorBytes / 1e9)) +

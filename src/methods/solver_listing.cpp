@@ -81,7 +81,7 @@ bool covers(NoteScope scope, int scheme) {
         case NoteScope::Aos:
             return scheme == kSchemeAos;
         case NoteScope::Lines:
-            return scheme != kScheme2DSemi && scheme != kScheme2DImplicit;
+            return !isUnsplitScheme(scheme);
         default:
             return true;
     }

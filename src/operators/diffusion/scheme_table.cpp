@@ -19,10 +19,6 @@ namespace {
 
 constexpr int kIlu0BicgStab = 41;
 
-bool isUnsplit(int scheme) {
-    return scheme == kScheme2DSemi || scheme == kScheme2DImplicit;
-}
-
 bool hasSubSteps(int scheme) {
     return scheme == kSchemeAdi || scheme == kSchemeAmos || scheme == kScheme2DImplicit;
 }
@@ -65,16 +61,20 @@ std::unique_ptr<SimpleAnisotropicOperator> makeScheme(const SchemeArguments& arg
     }
 }
 
+bool isUnsplitScheme(int scheme) {
+    return scheme == kScheme2DSemi || scheme == kScheme2DImplicit;
+}
+
 bool schemeFitsSize(int scheme, int width, int height) {
-    const int least = isUnsplit(scheme) || hasSubSteps(scheme) ? 2 : 1;
+    const int least = isUnsplitScheme(scheme) || hasSubSteps(scheme) ? 2 : 1;
     if (width < least || height < least) {
         return false;
     }
-    return !isUnsplit(scheme) || width <= INT_MAX / height;
+    return !isUnsplitScheme(scheme) || width <= INT_MAX / height;
 }
 
 bool solverFitsScheme(int solverId, int scheme) {
-    return solverId != kIlu0BicgStab || isUnsplit(scheme);
+    return solverId != kIlu0BicgStab || isUnsplitScheme(scheme);
 }
 
 bool subStepsFit(int scheme, double tau, bool cflSubsteps) {

@@ -35,6 +35,9 @@ struct SchemeArguments {
 std::unique_ptr<SimpleAnisotropicOperator> makeScheme(const SchemeArguments& arguments,
                                                       Flow& flow);
 
+/// Whether the scheme solves the whole plane as one system; the others solve line by line.
+bool isUnsplitScheme(int scheme);
+
 /// Whether the scheme can run on planes of a size: ADI, AMOS and the two unsplit schemes need
 /// two samples in each direction, the others one. An unsplit scheme counts the samples of a
 /// plane in an int.
