@@ -1,11 +1,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "methods/interleaved_planes.h"
 #include "recipe/recipe.h"
 
 namespace orv::cli {
+
+/// What every pixelHash() begins with.
+inline constexpr std::string_view kPixelHashPrefix = "xxh3-128:";
 
 /// A hash of the pixels of a picture, "xxh3-128:" and 32 hexadecimal digits.
 ///
@@ -19,6 +23,9 @@ namespace orv::cli {
 ///
 /// Cost:    one pass over the samples, at the speed of memory.
 std::string pixelHash(const InterleavedSamples& samples);
+
+/// Whether a text has the form of a pixelHash().
+bool isPixelHash(std::string_view text);
 
 /// What a recipe remembers of a picture, its hash included.
 PictureFacts pictureFacts(const std::string& file, const InterleavedSamples& samples);

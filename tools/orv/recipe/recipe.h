@@ -75,6 +75,9 @@ std::string readRecipe(std::string_view text, Recipe& recipe);
 ///          it is a folder or longer than kLongestRecipe.
 std::string readRecipeFile(const std::string& path, Recipe& recipe);
 
+/// The value of a parameter as a user would type it: "0.5", "AOS", "on".
+std::string valueText(const Parameter& parameter, double value);
+
 /// The step that runs a method with these arguments, with the values of all its parameters, so
 /// that another default in a later version changes nothing.
 RecipeStep completeStep(const Method& method, const Arguments& arguments);

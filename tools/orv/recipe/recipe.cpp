@@ -1,0 +1,153 @@
+#include "recipe/recipe.h"
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include <sys/stat.h>
+
+#include "methods/method_catalogue.h"
+
+namespace orv::cli {
+
+namespace {
+
+/// A word as a shell takes it for one.
+std::string shellWord(const std::string& word) {
+    constexpr std::string_view kPlain =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:=+%@,";
+    if (!word.empty() && word != "," && word.find_first_not_of(kPlain) == std::string::npos) {
+        return word;
+    }
+    std::string quoted = "'";
+    for (const char c : word) {
+        quoted += c == '\'' ? "'\\''" : std::string(1, c);
+    }
+    return quoted + "'";
+}
+
+/// The parameter as options of the command line; a flag that is off needs none.
+std::string optionText(const Method* method, const std::string& name, const std::string& text) {
+    for (const Parameter& parameter :
+         method == nullptr ? std::span<const Parameter>() : method->parameters) {
+        if (parameter.name == name && parameter.kind == ParameterKind::Flag) {
+            double on = 0.0;
+            const bool known = parseValue(parameter, text, on).empty();
+            return known && on != 0.0 ? " --" + name : std::string();
+        }
+    }
+    return " --" + name + " " + shellWord(text);
+}
+
+}  // namespace
+
+std::string readRecipeFile(const std::string& path, Recipe& recipe) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        return path + ": " + std::strerror(errno);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return path + ": is a folder; name a recipe in it";
+    }
+    const auto close = [](std::FILE* file) { std::fclose(file); };
+    const std::unique_ptr<std::FILE, decltype(close)> file(std::fopen(path.c_str(), "rb"),
+                                                           close);
+    if (file == nullptr) {
+        return path + ": " + std::strerror(errno);
+    }
+    std::string text;
+    std::array<char, 16384> block{};
+    std::size_t count = 0;
+    // One block too many tells a file that is too long.
+    while (text.size() <= kLongestRecipe &&
+           (count = std::fread(block.data(), 1, block.size(), file.get())) > 0) {
+        text.append(block.data(), count);
+    }
+    if (std::ferror(file.get()) != 0) {
+        return path + ": can't be read";
+    }
+    const std::string error = readRecipe(text, recipe);
+    return error.empty() ? error : path + ": " + error;
+}
+
+std::string valueText(const Parameter& parameter, double value) {
+    if (parameter.kind == ParameterKind::Flag) {
+        return value != 0.0 ? "on" : "off";
+    }
+    if (parameter.kind == ParameterKind::Choice) {
+        for (const Choice& candidate : parameter.choices()) {
+            if (candidate.value == value) {
+                return std::string(candidate.name);
+            }
+        }
+    }
+    return numberText(value);
+}
+
+RecipeStep completeStep(const Method& method, const Arguments& arguments) {
+    RecipeStep step;
+    step.verb = method.name;
+    for (const Parameter& parameter : method.parameters) {
+        step.parameters.emplace_back(parameter.name,
+                                     valueText(parameter, arguments.real(parameter.name)));
+    }
+    return step;
+}
+
+std::string setArguments(const RecipeStep& step, Arguments& arguments) {
+    for (const auto& [name, text] : step.parameters) {
+        const std::string error = arguments.set(name, text);
+        if (!error.empty()) {
+            return error;
+        }
+    }
+    return {};
+}
+
+std::string chainText(std::span<const RecipeStep> steps) {
+    std::string chain;
+    for (const RecipeStep& step : steps) {
+        const Method* const method = findMethod(step.verb);
+        chain += (chain.empty() ? "" : " , ") + shellWord(step.verb);
+        chain += step.second.empty() ? "" : " " + shellWord(step.second);
+        for (const auto& [name, text] : step.parameters) {
+            chain += optionText(method, name, text);
+        }
+    }
+    return chain;
+}
+
+Verdict compareWithRecipe(const Recipe& recipe, const PictureFacts& input,
+                          const PictureFacts& output) {
+    if (!recipe.input || !recipe.output || recipe.input->pixels.empty() ||
+        recipe.output->pixels.empty()) {
+        return Verdict::NothingToCompare;
+    }
+    if (recipe.input->pixels != input.pixels) {
+        return Verdict::OtherPicture;
+    }
+    return recipe.output->pixels == output.pixels ? Verdict::Same : Verdict::Different;
+}
+
+std::string verdictText(const Recipe& recipe, Verdict verdict, std::string_view program) {
+    switch (verdict) {
+        case Verdict::NothingToCompare:
+            return "the recipe names no pixels, so there was nothing to verify";
+        case Verdict::OtherPicture:
+            return "the recipe was written for another picture, so there was nothing to verify";
+        case Verdict::Same:
+            return "verified: pixel by pixel the result that the recipe names";
+        case Verdict::Different:
+            break;
+    }
+    std::string text = "not the result that the recipe names: other pixels from the same input";
+    if (!recipe.program.empty() && recipe.program != program) {
+        text += " (" + recipe.program + " wrote it, this is " + std::string(program) + ")";
+    }
+    return text;
+}
+
+}  // namespace orv::cli
