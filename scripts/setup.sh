@@ -5,7 +5,8 @@
 orv_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the library and the tool need, what the tests need besides, what CI needs besides.
-orv_run_packages=(g++ cmake ninja-build pkg-config libvips-dev libcli11-dev python3)
+orv_run_packages=(g++ cmake ninja-build pkg-config libvips-dev libcli11-dev
+    nlohmann-json3-dev libxxhash-dev python3)
 orv_test_packages=("${orv_run_packages[@]}" libgtest-dev libeigen3-dev)
 orv_ci_packages=("${orv_test_packages[@]}" libbenchmark-dev clang clang-format valgrind)
 
@@ -60,7 +61,7 @@ orv_need_elsewhere() {
     fi
     if [ ${#lacking[@]} -gt 0 ]; then
         orv_say "This is not a Debian system, so nothing is installed here. Please install:"
-        printf '  - %s\n' "${lacking[@]}" "CLI11 (headers)" \
+        printf '  - %s\n' "${lacking[@]}" "CLI11, nlohmann-json and xxHash (headers)" \
             "Python 3" "for the tests: GoogleTest and Eigen 3.4" >&2
         exit 1
     fi

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 
 #include "interruption.h"
 #include "messages.h"
+#include "methods/json_text.h"
 
 namespace orv::cli {
 
@@ -56,6 +58,30 @@ std::string wholeSeconds(double seconds) {
     return whole < 60 ? std::to_string(whole) + " s" : durationText(static_cast<double>(whole));
 }
 
+std::string oneDecimal(double value) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.1f", value);
+    return text.data();
+}
+
+/// A text as JSON has it.
+std::string quoted(const std::string& text) {
+    JsonText json;
+    json.element(text);
+    std::string written = json.take();
+    while (!written.empty() && written.back() == '\n') {
+        written.pop_back();
+    }
+    return written;
+}
+
+ProgressStyle styleFor(ProgressStyle wanted) {
+    if (wanted != ProgressStyle::Automatic) {
+        return wanted;
+    }
+    return isTerminal() ? ProgressStyle::Bar : ProgressStyle::Lines;
+}
+
 double secondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
@@ -84,12 +110,8 @@ std::string progressLine(std::string_view label, int percent, std::string_view t
     return line;
 }
 
-ProgressBar::ProgressBar(std::string label, bool quiet)
-    : label_(std::move(label)),
-      quiet_(quiet),
-      terminal_(isTerminal()),
-      made_(Clock::now()),
-      started_(made_) {}
+ProgressBar::ProgressBar(std::string label, ProgressStyle style)
+    : label_(std::move(label)), style_(styleFor(style)), made_(Clock::now()), started_(made_) {}
 
 ProgressBar::~ProgressBar() {
     clear();
@@ -116,7 +138,11 @@ void ProgressBar::show(const std::string& line) {
 }
 
 void ProgressBar::phase(std::string_view action, const std::string& file) {
-    if (quiet_ || !terminal_) {
+    if (style_ == ProgressStyle::Json) {
+        std::fprintf(stderr, "{\"event\":\"%s\",\"label\":%s,\"file\":%s}\n",
+                     std::string(action).c_str(), quoted(label_).c_str(), quoted(file).c_str());
+    }
+    if (style_ != ProgressStyle::Bar) {
         return;
     }
     const std::string shortForm = std::string(action) + " ...";
@@ -138,32 +164,44 @@ void ProgressBar::start() {
 }
 
 void ProgressBar::update(double done) {
-    if (quiet_) {
+    if (style_ == ProgressStyle::None) {
         return;
     }
     percent_ =
         std::max(percent_, std::clamp(static_cast<int>(done * kWorkShare * 100.0), 0, 99));
     const double now = secondsSince(started_);
-    if (now < (terminal_ ? kQuickOnTerminal : kQuickElsewhere)) {
+    if (style_ == ProgressStyle::Json) {
+        if (percent_ > told_ && now - drawnAt_ >= kRedraw) {
+            told_ = percent_;
+            drawnAt_ = now;
+            writeJson(done);
+        }
         return;
     }
-    if (terminal_) {
+    const bool bar = style_ == ProgressStyle::Bar;
+    if (now < (bar ? kQuickOnTerminal : kQuickElsewhere)) {
+        return;
+    }
+    if (bar) {
         if (!drawn_ || now - drawnAt_ >= kRedraw) {
             drawnAt_ = now;
             draw(percent_, done);
         }
-    } else if (percent_ / 10 > tenth_) {
-        tenth_ = percent_ / 10;
-        draw(tenth_ * 10, done);
+    } else if (percent_ / 10 > told_ / 10) {
+        told_ = percent_ / 10 * 10;
+        draw(told_, done);
     }
 }
 
 void ProgressBar::finish() {
-    if (!drawn_) {
+    if (style_ == ProgressStyle::Json) {
+        percent_ = 100;
+        writeJson(1.0);
+    } else if (!drawn_) {
         clear();
-    } else if (!quiet_) {
+    } else if (style_ != ProgressStyle::None) {
         draw(100, 1.0);
-        if (terminal_) {
+        if (style_ == ProgressStyle::Bar) {
             std::fputc('\n', stderr);
         }
         lineOpen_ = false;
@@ -171,18 +209,30 @@ void ProgressBar::finish() {
     }
 }
 
-std::string ProgressBar::times(int percent, double done) const {
-    std::string text = wholeSeconds(seconds());
+double ProgressBar::secondsLeft(int percent, double done) const {
     const double elapsed = secondsSince(started_);
-    if (percent < 100 && done > 0.0 && (done >= kEnoughDone || elapsed >= kEnoughSeconds)) {
-        text += ", " + wholeSeconds(elapsed * (1.0 - done) / done) + " left";
-    }
-    return text;
+    const bool known =
+        percent < 100 && done > 0.0 && (done >= kEnoughDone || elapsed >= kEnoughSeconds);
+    return known ? elapsed * (1.0 - done) / done : -1.0;
+}
+
+std::string ProgressBar::times(int percent, double done) const {
+    const double left = secondsLeft(percent, done);
+    return wholeSeconds(seconds()) + (left < 0.0 ? "" : ", " + wholeSeconds(left) + " left");
+}
+
+void ProgressBar::writeJson(double done) const {
+    const double left = percent_ == 100 ? 0.0 : secondsLeft(percent_, done);
+    std::fprintf(stderr,
+                 "{\"event\":\"progress\",\"label\":%s,\"done\":%.2f,\"seconds\":%.1f,"
+                 "\"left\":%s}\n",
+                 quoted(label_).c_str(), percent_ / 100.0, seconds(),
+                 left < 0.0 ? "null" : oneDecimal(left).c_str());
 }
 
 void ProgressBar::draw(int percent, double done) {
     drawn_ = true;
-    if (terminal_) {
+    if (style_ == ProgressStyle::Bar) {
         show(progressLine(label_, percent, times(percent, done), lineWidth()));
         return;
     }

@@ -4,18 +4,25 @@
 #include <string>
 #include <string_view>
 
+#include "progress_style.h"
+
 namespace orv::cli {
 
 /// Tells on standard error how far a run is.
 ///
 /// On a terminal one line is kept up to date and never wider than the terminal: what is read or
 /// written, and during the work percent, bar, time so far and time left. Elsewhere a plain line
-/// is written at each tenth, and none unless the work takes longer than five seconds. The value
-/// never goes back, and 100 appears in finish() alone.
+/// is written at each tenth, and none unless the work takes longer than five seconds. As JSON
+/// there is an object a line at each hundredth:
+///
+///     {"event":"progress","label":"restore","done":0.42,"seconds":3.1,"left":4.3}
+///
+/// `left` is null while it would be a guess. The value never goes back, and 100 appears in
+/// finish() alone.
 class ProgressBar {
   public:
-    /// `label` opens each line; a quiet bar writes nothing.
-    ProgressBar(std::string label, bool quiet);
+    /// `label` opens each line.
+    ProgressBar(std::string label, ProgressStyle style);
     /// Wipes an unfinished line.
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;
@@ -41,15 +48,16 @@ class ProgressBar {
 
     void draw(int percent, double done);
     void show(const std::string& line);
+    void writeJson(double done) const;
+    double secondsLeft(int percent, double done) const;
     std::string times(int percent, double done) const;
 
     std::string label_;
-    bool quiet_;
-    bool terminal_;
+    ProgressStyle style_;  // never Automatic
     bool lineOpen_ = false;
     bool drawn_ = false;
     int percent_ = 0;
-    int tenth_ = 0;
+    int told_ = 0;  // the percent of the last line
     double drawnAt_ = 0.0;
     Clock::time_point made_;
     Clock::time_point started_;

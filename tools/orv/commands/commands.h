@@ -1,20 +1,25 @@
 #pragma once
 
 #include "exit_code.h"
-#include "methods/method.h"
+#include "options/verb.h"
 
 namespace orv::cli {
 
-/// `orv METHOD IN OUT [options]`; argv[0] is the verb, here and below.
-ExitCode methodCommand(const Method& method, int argc, const char* const* argv);
+// What the verbs do. `words` follow the verb on the command line, here and below.
+
+/// `orv METHOD IN... [OUT] [options] [, METHOD ...]`.
+ExitCode methodCommand(const Verb& verb, const Words& words);
+
+/// `orv run RECIPE IN... [options]` and `orv run --preset NAME IN...`.
+ExitCode runCommand(const Verb& verb, const Words& words);
 
 /// `orv solve IN [-o REPORT] [options]`.
-ExitCode solveCommand(int argc, const char* const* argv);
+ExitCode solveCommand(const Verb& verb, const Words& words);
 
 /// `orv methods [--json]`.
-ExitCode methodsCommand(int argc, const char* const* argv);
+ExitCode methodsCommand(const Verb& verb, const Words& words);
 
 /// `orv solvers [--json]`.
-ExitCode solversCommand(int argc, const char* const* argv);
+ExitCode solversCommand(const Verb& verb, const Words& words);
 
 }  // namespace orv::cli

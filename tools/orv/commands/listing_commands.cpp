@@ -2,12 +2,12 @@
 #include <cstddef>
 #include <string>
 
-#include "commands/command_line.h"
 #include "commands/commands.h"
 #include "help_text.h"
 #include "messages.h"
 #include "methods/method_catalogue.h"
 #include "methods/solver_listing.h"
+#include "options/command_line.h"
 
 namespace orv::cli {
 
@@ -49,28 +49,29 @@ std::string solversText() {
     return text;
 }
 
-}  // namespace
-
-ExitCode methodsCommand(int argc, const char* const* argv) {
+/// Reads a command line without words, and prints help, JSON or text.
+ExitCode listing(const Verb& verb, const Words& words, std::string (*json)(),
+                 std::string (*text)()) {
     CommandLine line;
-    const Syntax syntax{"methods", /*json=*/true, {}, {}, {}};
-    const std::string error = readCommandLine(syntax, argc, argv, line);
+    std::string error = readCommandLine(verb, words, line);
+    if (error.empty() && !line.words.empty()) {
+        error = wordTooMany(verb, line.words.front());
+    }
     if (!error.empty()) {
         return fail(ExitCode::Usage, error);
     }
-    print(line.help ? methodsHelp() : line.json ? catalogueAsJson() : methodsText());
+    print(line.given("help") ? verbHelp(verb) : line.given("json") ? json() : text());
     return ExitCode::Done;
 }
 
-ExitCode solversCommand(int argc, const char* const* argv) {
-    CommandLine line;
-    const Syntax syntax{"solvers", /*json=*/true, {}, {}, {}};
-    const std::string error = readCommandLine(syntax, argc, argv, line);
-    if (!error.empty()) {
-        return fail(ExitCode::Usage, error);
-    }
-    print(line.help ? solversHelp() : line.json ? solversAsJson() : solversText());
-    return ExitCode::Done;
+}  // namespace
+
+ExitCode methodsCommand(const Verb& verb, const Words& words) {
+    return listing(verb, words, catalogueAsJson, methodsText);
+}
+
+ExitCode solversCommand(const Verb& verb, const Words& words) {
+    return listing(verb, words, solversAsJson, solversText);
 }
 
 }  // namespace orv::cli

@@ -6,7 +6,6 @@
 #include <string>
 #include <utility>
 
-#include "commands/command_line.h"
 #include "commands/commands.h"
 #include "commands/solve_options.h"
 #include "help_text.h"
@@ -16,10 +15,13 @@
 #include "methods/interleaved_planes.h"
 #include "methods/plane_run.h"
 #include "methods/solver_listing.h"
+#include "options/command_line.h"
 #include "output_file.h"
+#include "pipeline/job_options.h"
 #include "progress_bar.h"
 #include "report/study_report.h"
 #include "report/study_table.h"
+#include "shell_text.h"
 #include "studies/solver_study.h"
 
 namespace orv::cli {
@@ -104,27 +106,40 @@ SolverStudy run(const FloatImage& plane, const Arguments& arguments, StudyOrder 
     });
 }
 
-ExitCode process(const CommandLine& line, const std::string& command,
-                 const Arguments& arguments, StudyOrder order) {
-    const ReportFormat format = reportFormatOf(line.output);
-    if (!line.output.empty() && format == ReportFormat::Unknown) {
-        return fail(ExitCode::File, unknownReport(line.output));
+/// What the command line asks for.
+struct SolveRequest {
+    std::string input;
+    std::string output;  ///< empty for none
+    std::string command;
+    bool force = false;
+    bool quiet = false;
+    ProgressStyle progress = ProgressStyle::Automatic;
+};
+
+ExitCode process(const SolveRequest& request, const Arguments& arguments, StudyOrder order) {
+    const ReportFormat format = reportFormatOf(request.output);
+    if (!request.output.empty() && format == ReportFormat::Unknown) {
+        return fail(ExitCode::Output, unknownReport(request.output));
     }
     watchInterruptions();
-    ProgressBar bar("solve", line.quiet);
-    bar.phase("reading", line.input);
+    ProgressBar bar("solve", request.quiet ? ProgressStyle::None : request.progress);
+    bar.phase("reading", request.input);
     Picture picture;
-    std::string error = readPicture(line.input, picture);
+    std::string error = readPicture(request.input, picture);
+    if (!error.empty()) {
+        bar.clear();
+        return fail(ExitCode::Input, error);
+    }
     OutputFile output;
-    if (error.empty() && !line.output.empty()) {
-        error = output.open(line.output, line.force);
+    if (!request.output.empty()) {
+        error = output.open(request.output, request.force);
     }
     if (!error.empty()) {
         bar.clear();
-        return fail(ExitCode::File, error);
+        return fail(ExitCode::Output, error);
     }
 
-    const StudiedPicture part = partOf(line.input, picture, arguments.integer("size"));
+    const StudiedPicture part = partOf(request.input, picture, arguments.integer("size"));
     Planes planes = planesOf(picture.samples, picture.colours);
     picture = {};
     error = planesRefusal(planes, "the picture");
@@ -141,53 +156,59 @@ ExitCode process(const CommandLine& line, const std::string& command,
         return fail(ExitCode::Refused, "solve: " + error);
     }
 
-    const StudyReport report{command, part, arguments, study};
-    if (!line.output.empty()) {
+    const StudyReport report{request.command, part, arguments, study};
+    if (!request.output.empty()) {
         if (!writeFile(output.temporaryPath(), reportText(report, format))) {
             bar.clear();
-            return fail(ExitCode::File, line.output + ": can't be written");
+            return fail(ExitCode::Output, request.output + ": can't be written");
         }
         error = output.commit();
         if (!error.empty()) {
             bar.clear();
-            return fail(ExitCode::File, error);
+            return fail(ExitCode::Output, error);
         }
     }
     bar.setLabel("solve");
     bar.finish();
-    if (!line.quiet || line.output.empty()) {
-        print(studyTable(report) + "\n" + studySummary(report, bar.seconds(), line.output));
+    if (!request.quiet || request.output.empty()) {
+        print(studyTable(report) + "\n" + studySummary(report, bar.seconds(), request.output));
     }
     return ExitCode::Done;
 }
 
 }  // namespace
 
-ExitCode solveCommand(int argc, const char* const* argv) {
+ExitCode solveCommand(const Verb& verb, const Words& words) {
     CommandLine line;
-    const Syntax syntax = solveSyntax();
-    std::string error = readCommandLine(syntax, argc, argv, line);
-    if (!error.empty()) {
-        return fail(ExitCode::Usage, error);
-    }
-    if (line.help) {
-        print(solveHelp());
+    std::string error = readCommandLine(verb, words, line);
+    if (error.empty() && line.given("help")) {
+        print(verbHelp(verb));
         return ExitCode::Done;
     }
-    Arguments arguments(syntax.parameters);
-    for (const auto& [name, text] : line.values) {
-        error = arguments.set(name, text);
-        if (!error.empty()) {
-            return fail(ExitCode::Usage, error);
-        }
+    if (error.empty() && line.words.size() != 1) {
+        error = line.words.empty() ? missingWord(verb, "the picture to read")
+                                   : wordTooMany(verb, line.words[1]);
+    }
+    Arguments arguments(verb.parameters);
+    if (error.empty()) {
+        error = setArguments(line, arguments);
     }
     StudyOrder order;
-    error = readSolvers(line.texts.empty() ? "all" : line.texts.front().second, order.solvers,
-                        order.named);
+    if (error.empty()) {
+        error = readSolvers(line.given("solvers") ? line.text("solvers") : "all", order.solvers,
+                            order.named);
+    }
+    JobOptions common;
+    if (error.empty()) {
+        error = readJobOptions(line, common);
+    }
     if (!error.empty()) {
         return fail(ExitCode::Usage, error);
     }
-    return process(line, commandText("orv", argc, argv), arguments, std::move(order));
+    const SolveRequest request{
+        line.words[0], line.text("output"), commandText(verb.name, words),
+        common.force,  common.quiet,        common.progress};
+    return process(request, arguments, std::move(order));
 }
 
 }  // namespace orv::cli

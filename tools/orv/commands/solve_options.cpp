@@ -4,20 +4,51 @@
 #include <array>
 #include <cstddef>
 
+#include "commands/commands.h"
 #include "methods/diffusion_choices.h"
 #include "methods/method_catalogue.h"
 #include "methods/solver_listing.h"
 #include "methods/suggestion.h"
+#include "options/common_options.h"
 
 namespace orv::cli {
 
 namespace {
 
-constexpr std::array<TextOption, 1> kTexts{{
-    {"solvers", "NAMES", "all, or names or numbers from orv solvers with commas between",
+constexpr std::string_view kSolverNames =
+    "all, or names or numbers from orv solvers with commas between";
+
+constexpr std::array<Option, 3> kOptions{{
+    {"solvers", '\0', OptionKind::Value, "NAMES", kSolverNames,
      "which solvers run: all, or names or numbers from orv solvers with commas between "
      "[default: all]"},
+    {"output", 'o', OptionKind::Value, "FILE", "a file that ends in .html, .csv or .json",
+     "write a report: .html is a page with plots that needs nothing else, .csv has a line for "
+     "each solver and limit, .json has all",
+     ValueKind::File},
+    {"force", 'f', OptionKind::Flag, "", "", "overwrite FILE if it exists"},
 }};
+constinit const OptionGroup kSolveOptions{"Report", kOptions};
+
+constexpr std::string_view kAbout =
+    "The system is that of the first time step of orv restore with the same values, on the "
+    "brightness (Rec. 601, 0 to 255) of the middle of the picture. Each solver runs with "
+    "growing "
+    "iteration limits, and each result is compared in double precision with the exact "
+    "solution.";
+
+constexpr std::string_view kNotes =
+    "Status of a solver: converged (stopped by its own test or came to rest, as exact as it "
+    "can "
+    "be), limit (used all iterations, or stopped short of its tolerance), broke down (gave "
+    "samples "
+    "that are no numbers), wrong (left more than half of the error it began with, or never "
+    "moved), skipped (wasn't run, for the reason that is told).\n"
+    "The line (exact as floats) is the exact solution rounded to floats: no solver can do "
+    "better. "
+    "Only the first time step is studied, on the brightness alone: a solver that does well "
+    "there "
+    "may still break down in a later step.";
 
 /// The schemes whose systems can be studied, the unsplit one first.
 std::span<const Choice> studiedSchemes() {
@@ -70,7 +101,7 @@ std::string unknownSolver(std::string_view word) {
         sameWord(word, "all")
             ? "'all' goes with no other name"
             : "'" + std::string(word) + "' is not known" + didYouMean(word, names);
-    return "--solvers: " + problem + " (expected " + std::string(kTexts[0].expected) + ")";
+    return "--solvers: " + problem + " (expected " + std::string(kSolverNames) + ")";
 }
 
 std::string_view trimmed(std::string_view word) {
@@ -81,15 +112,20 @@ std::string_view trimmed(std::string_view word) {
 
 }  // namespace
 
-Syntax solveSyntax() {
+Verb solveVerb() {
     static const std::vector<Parameter> parameters = makeParameters();
-    Syntax syntax;
-    syntax.verb = "solve";
-    syntax.picture = "IN";
-    syntax.parameters = parameters;
-    syntax.texts = kTexts;
-    syntax.outputExpected = "a file that ends in .html, .csv or .json";
-    return syntax;
+    Verb verb;
+    verb.name = "solve";
+    verb.summary = "compare the linear solvers on the system of a picture";
+    verb.words = "IN";
+    verb.groups = {&kSolveOptions, &kReportRunOptions};
+    verb.parameters = parameters;
+    verb.parametersTitle = "System";
+    verb.about = kAbout;
+    verb.notes = kNotes;
+    verb.example = "orv solve photo.jpg --scheme 2DSemi --solvers Thomas,CG -o solvers.html";
+    verb.run = solveCommand;
+    return verb;
 }
 
 std::string readSolvers(std::string_view text, std::vector<int>& ids, bool& named) {

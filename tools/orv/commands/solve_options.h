@@ -4,18 +4,12 @@
 #include <string_view>
 #include <vector>
 
-#include "commands/command_line.h"
+#include "options/verb.h"
 
 namespace orv::cli {
 
-/// The line of `orv solve` in the list of verbs.
-inline constexpr std::string_view kSolveSummary =
-    "compare the linear solvers on the system of a picture; -o writes a report";
-
-/// What `orv solve` takes. The parameters of the system are those of `orv restore`.
-///
-/// Owns:    its parts live as long as the program.
-Syntax solveSyntax();
+/// `orv solve`. The parameters of the system are those of `orv restore`.
+Verb solveVerb();
 
 /// Reads "all", or names and numbers of solvers with commas between, whatever their case.
 ///

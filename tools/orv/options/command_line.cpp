@@ -232,7 +232,7 @@ class Parser {
     const Verb& verb_;
     CLI::App app_;
     Words words_;
-    std::vector<CLI::Option*> entries_;                  // options, then parameters
+    std::vector<CLI::Option*> entries_;                 // options, then parameters
     std::vector<std::unique_ptr<std::string>> values_;  // their texts, which mustn't move
 };
 

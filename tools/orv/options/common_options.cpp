@@ -6,12 +6,12 @@ namespace orv::cli {
 
 namespace {
 
-constexpr Option kForce{
-    "force", 'f', OptionKind::Flag, "", "", "overwrite what exists, even IN itself"};
+constexpr Option kForce{"force", 'f', OptionKind::Flag,
+                        "",      "",  "overwrite what exists, even IN itself"};
 constexpr Option kHelp{"help", 'h', OptionKind::Flag, "", "", "show this"};
 constexpr Option kJson{"json", '\0', OptionKind::Flag, "", "", "as JSON text, for programs"};
-constexpr Option kQuiet{
-    "quiet", 'q', OptionKind::Flag, "", "", "errors alone: no progress, warnings, result line"};
+constexpr Option kQuiet{"quiet", 'q', OptionKind::Flag,
+                        "",      "",  "errors alone: no progress, warnings, result line"};
 constexpr Option kProgress{"progress",
                            '\0',
                            OptionKind::Value,

@@ -198,26 +198,6 @@ std::string reportText(const StudyReport& report, ReportFormat format) {
     return jsonOf(report);
 }
 
-std::string commandText(std::string_view program, int argc, const char* const* argv) {
-    std::string text(program);
-    for (int i = 0; i < argc; ++i) {
-        const std::string_view word = argv[i];
-        const bool plain =
-            !word.empty() && word.find_first_of(" \t\n\"'\\$`*?[](){}<>|&;~#!") == word.npos;
-        text += ' ';
-        if (plain) {
-            text += word;
-            continue;
-        }
-        text += '\'';
-        for (const char c : word) {
-            text += c == '\'' ? "'\\''" : std::string(1, c);
-        }
-        text += '\'';
-    }
-    return text;
-}
-
 std::string asUtf8(std::string_view text) {
     std::string result;
     while (!text.empty()) {

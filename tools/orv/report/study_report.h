@@ -39,9 +39,6 @@ std::string reportExtensions();
 /// The report as the text of a file.
 std::string reportText(const StudyReport& report, ReportFormat format);
 
-/// The words of a command line with a space between, in quotes where a shell needs them.
-std::string commandText(std::string_view program, int argc, const char* const* argv);
-
 /// The text with every byte that is no UTF-8 replaced by '?'.
 std::string asUtf8(std::string_view text);
 

@@ -1,0 +1,123 @@
+#include <algorithm>
+#include <array>
+
+#include "commands/commands.h"
+#include "commands/solve_options.h"
+#include "methods/method_catalogue.h"
+#include "methods/suggestion.h"
+#include "options/common_options.h"
+#include "options/verb.h"
+
+namespace orv::cli {
+
+namespace {
+
+constexpr std::array<Option, 1> kPreset{{
+    {"preset", '\0', OptionKind::Value, "NAME", "old-print, night, scan, portrait or document",
+     "take the steps of a recipe that comes with orv: old-print, night, scan, portrait or "
+     "document",
+     ValueKind::Words, "old-print night scan portrait document"},
+}};
+constinit const OptionGroup kPresetOptions{"Recipe", kPreset};
+
+Verb methodVerb(const Method& method) {
+    Verb verb;
+    verb.name = method.name;
+    verb.summary = method.summary;
+    verb.words =
+        std::string(method.picture) +
+        (method.secondPicture.empty() ? "..." : " " + std::string(method.secondPicture)) +
+        " [OUT]";
+    if (method.name == "restore") {
+        verb.groups.push_back(&kPresetOptions);
+    }
+    if (!method.secondPicture.empty()) {
+        verb.groups.push_back(&kSecondOptions);
+    }
+    verb.groups.insert(verb.groups.end(), {&kFileOptions, &kRecordOptions, &kRunOptions});
+    verb.parameters = method.parameters;
+    verb.method = &method;
+    verb.run = methodCommand;
+    return verb;
+}
+
+Verb runVerb() {
+    Verb verb;
+    verb.name = "run";
+    verb.summary =
+        "replay a recipe on pictures, and verify the result where the recipe tells it";
+    verb.words = "RECIPE IN... [OUT]";
+    verb.groups = {&kPresetOptions, &kFileOptions, &kRecordOptions, &kRunOptions};
+    verb.run = runCommand;
+    return verb;
+}
+
+Verb listingVerb(std::string name, std::string summary,
+                 ExitCode (*run)(const Verb&, const Words&)) {
+    Verb verb;
+    verb.name = std::move(name);
+    verb.summary = std::move(summary);
+    verb.groups = {&kListingOptions};
+    verb.run = run;
+    return verb;
+}
+
+std::vector<Verb> makeTable() {
+    std::vector<Verb> table;
+    for (const Method* const method : methodCatalogue()) {
+        table.push_back(methodVerb(*method));
+    }
+    table.push_back(runVerb());
+    table.push_back(solveVerb());
+    table.push_back(listingVerb(
+        "methods", "list the methods and their parameters, with --json for programs",
+        methodsCommand));
+    table.push_back(listingVerb("solvers",
+                                "list the linear solvers that --solver takes, also with --json",
+                                solversCommand));
+    return table;
+}
+
+}  // namespace
+
+const Option* Verb::option(std::string_view optionName) const {
+    for (const OptionGroup* const group : groups) {
+        for (const Option& candidate : group->options) {
+            if (candidate.name == optionName) {
+                return &candidate;
+            }
+        }
+    }
+    return nullptr;
+}
+
+const Parameter* Verb::parameter(std::string_view parameterName) const {
+    const auto found = std::find_if(
+        parameters.begin(), parameters.end(),
+        [&](const Parameter& candidate) { return candidate.name == parameterName; });
+    return found == parameters.end() ? nullptr : &*found;
+}
+
+std::span<const Verb> verbTable() {
+    static const std::vector<Verb> table = makeTable();
+    return table;
+}
+
+const Verb* findVerb(std::string_view name) {
+    for (const Verb& verb : verbTable()) {
+        if (verb.name == name) {
+            return &verb;
+        }
+    }
+    return nullptr;
+}
+
+std::string didYouMeanVerb(std::string_view word) {
+    std::vector<std::string_view> names;
+    for (const Verb& verb : verbTable()) {
+        names.push_back(verb.name);
+    }
+    return didYouMean(word, names);
+}
+
+}  // namespace orv::cli

@@ -1,0 +1,153 @@
+#include "pipeline/job_options.h"
+
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "methods/method_catalogue.h"
+#include "methods/solver_listing.h"
+#include "methods/suggestion.h"
+#include "options/common_options.h"
+
+namespace orv::cli {
+
+namespace {
+
+constexpr int kLongestSide = 1000000;
+
+std::string notExpected(std::string_view name, const std::string& text,
+                        const std::string& suggestion) {
+    for (const OptionGroup* const group : {&kFileOptions, &kRunOptions}) {
+        for (const Option& option : group->options) {
+            if (option.name == name) {
+                return "--" + std::string(name) + ": '" + text + "' is not known" + suggestion +
+                       " (expected " + std::string(option.expected) + ")";
+            }
+        }
+    }
+    return {};
+}
+
+/// Checks a text against the words of its option.
+std::string checkWord(std::string_view name, const std::string& text) {
+    std::vector<std::string_view> known;
+    for (const OptionGroup* const group : {&kFileOptions, &kRunOptions}) {
+        for (const Option& option : group->options) {
+            std::string_view rest = option.name == name ? option.words : std::string_view();
+            while (!rest.empty()) {
+                const std::size_t end = std::min(rest.find(' '), rest.size());
+                known.push_back(rest.substr(0, end));
+                rest.remove_prefix(std::min(end + 1, rest.size()));
+            }
+        }
+    }
+    for (const std::string_view word : known) {
+        if (word == text) {
+            return {};
+        }
+    }
+    return notExpected(name, text, didYouMean(text, known));
+}
+
+std::string readWhole(std::string_view name, const std::string& text, int most, int& value) {
+    const char* const end = text.data() + text.size();
+    int number = 0;
+    const auto [stop, problem] = std::from_chars(text.data(), end, number);
+    if (problem != std::errc() || stop != end || number < 1 || number > most) {
+        return "--" + std::string(name) + ": '" + text + "' is not a whole number from 1 to " +
+               std::to_string(most);
+    }
+    value = number;
+    return {};
+}
+
+/// Sets one option, from the command line or from a recipe.
+std::string setOption(std::string_view name, const std::string& text, JobOptions& options) {
+    if (name == "quality") {
+        return readWhole(name, text, 100, options.quality);
+    }
+    if (name == "max-side") {
+        return readWhole(name, text, kLongestSide, options.maxSide);
+    }
+    if (name != "format" && name != "strip" && name != "alpha") {
+        return {};
+    }
+    std::string error = name == "format" && formatOfName("." + text) != nullptr
+                            ? std::string()
+                            : checkWord(name, text);
+    if (!error.empty()) {
+        return error;
+    }
+    if (name == "format") {
+        options.format = text;
+    } else if (name == "strip") {
+        options.strip = text;
+    } else {
+        options.alpha = text == "drop"      ? AlphaMode::Drop
+                        : text == "restore" ? AlphaMode::Restore
+                                            : AlphaMode::Keep;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string readJobOptions(const CommandLine& line, JobOptions& options) {
+    for (const auto& [name, text] : line.options) {
+        std::string error = setOption(name, text, options);
+        if (error.empty() && name == "progress" && !readProgressStyle(text, options.progress)) {
+            error = checkWord(name, text);
+        }
+        if (error.empty() && text.empty()) {
+            error = "--" + name + ": the value is empty";
+        }
+        if (!error.empty()) {
+            return error;
+        }
+    }
+    options.memory = line.text("max-memory");
+    options.force = line.given("force");
+    options.quiet = line.given("quiet");
+    options.recipe = line.text("recipe");
+    options.comparison = line.text("compare");
+    return {};
+}
+
+std::string stepsOf(const Recipe& recipe, std::vector<Step>& steps) {
+    for (const RecipeStep& told : recipe.steps) {
+        const Method* const method = findMethod(told.verb);
+        if (method == nullptr) {
+            return "unknown verb '" + told.verb + "'";
+        }
+        Step step{method, Arguments(method->parameters), told.second};
+        std::string error = setArguments(told, step.arguments);
+        if (!error.empty()) {
+            return error;
+        }
+        steps.push_back(std::move(step));
+    }
+    return {};
+}
+
+std::string takeRecipeOptions(const Recipe& recipe, const CommandLine& line,
+                              JobOptions& options) {
+    for (const auto& [name, text] : recipe.options) {
+        if (line.given(name)) {
+            continue;
+        }
+        std::string error = setOption(name, text, options);
+        if (!error.empty()) {
+            return error;
+        }
+    }
+    return {};
+}
+
+std::vector<std::string> warningsOf(const Step& step) {
+    std::string warning = solverWarning(step.arguments.integer("solver"),
+                                        step.arguments.integer("solver-iterations"),
+                                        step.arguments.integer("scheme"));
+    return warning.empty() ? std::vector<std::string>() : std::vector{std::move(warning)};
+}
+
+}  // namespace orv::cli

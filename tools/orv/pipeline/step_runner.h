@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pipeline/job.h"
+#include "progress_bar.h"
+
+namespace orv::cli {
+
+/// Why a chain ended before its end.
+struct Failure {
+    ExitCode code = ExitCode::Done;
+    std::string text;  ///< one line, empty for none
+
+    explicit operator bool() const { return code != ExitCode::Done; }
+};
+
+/// Runs the steps on a picture, one after another, and puts the result in its place.
+///
+/// Between the steps the samples stay floats: they are rounded once, at the end, to the depth
+/// of the picture or to `deepest`, whichever is less.
+///
+/// Fails:   with Input where a second picture can't be read, with Refused where a method says
+///          no; the picture is then half done.
+Failure runSteps(const std::vector<Step>& steps, AlphaMode alpha, SampleDepth deepest,
+                 Picture& picture, ProgressBar& bar);
+
+}  // namespace orv::cli

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orv::cli {
+
+/// A word as a shell takes it for one: in single quotes where it needs them.
+std::string shellWord(std::string_view word);
+
+/// The command as a user types it: "orv restore in.jpg --tau 2".
+std::string commandText(std::string_view verb, const std::vector<std::string>& words);
+
+}  // namespace orv::cli
