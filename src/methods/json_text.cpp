@@ -2,12 +2,21 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <utility>
 
 #include "methods/parameter.h"
 
 namespace orv {
+
+namespace {
+
+std::string jsonNumber(double value) {
+    return std::isfinite(value) ? numberText(value) : "null";
+}
+
+}  // namespace
 
 void JsonText::newItem() {
     if (closers_.empty()) {
@@ -86,7 +95,17 @@ void JsonText::member(std::string_view memberName, std::string_view text) {
 
 void JsonText::memberNumber(std::string_view memberName, double value) {
     name(memberName);
-    text_ += std::isfinite(value) ? numberText(value) : "null";
+    text_ += jsonNumber(value);
+}
+
+void JsonText::memberNumbers(std::string_view memberName, std::span<const double> values) {
+    name(memberName);
+    text_ += '[';
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        text_ += i == 0 ? "" : ", ";
+        text_ += jsonNumber(values[i]);
+    }
+    text_ += ']';
 }
 
 void JsonText::memberBool(std::string_view memberName, bool value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,8 @@ class JsonText {
     void member(std::string_view name, std::string_view text);
     /// Adds a number to an object; one that isn't finite becomes null.
     void memberNumber(std::string_view name, double value);
+    /// Adds an array of numbers to an object, all in one line.
+    void memberNumbers(std::string_view name, std::span<const double> values);
     /// Adds true or false to an object.
     void memberBool(std::string_view name, bool value);
     /// Adds a text to an array.

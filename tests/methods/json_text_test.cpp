@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cmath>
+
 namespace orv {
 namespace {
 
@@ -34,6 +37,20 @@ TEST(JsonText, IndentsObjectsAndArrays) {
               "    ]\n"
               "  }\n"
               "]\n");
+}
+
+TEST(JsonText, WritesNumbersInOneLine) {
+    JsonText json;
+    json.beginObject();
+    json.memberNumbers("none", {});
+    json.memberNumbers("some", std::array<double, 3>{1.0, 0.5, std::nan("")});
+    json.end();
+
+    EXPECT_EQ(json.take(),
+              "{\n"
+              "  \"none\": [],\n"
+              "  \"some\": [1, 0.5, null]\n"
+              "}\n");
 }
 
 TEST(JsonText, EscapesQuotesBackslashesAndControls) {
