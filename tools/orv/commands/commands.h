@@ -13,6 +13,9 @@ ExitCode methodCommand(const Verb& verb, const Words& words);
 /// `orv run RECIPE IN... [options]` and `orv run --preset NAME IN...`.
 ExitCode runCommand(const Verb& verb, const Words& words);
 
+/// `orv compare BEFORE AFTER [-o FILE] [options]`.
+ExitCode compareCommand(const Verb& verb, const Words& words);
+
 /// `orv solve IN [-o REPORT] [options]`.
 ExitCode solveCommand(const Verb& verb, const Words& words);
 

@@ -1,0 +1,101 @@
+#include "compare/comparison.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "compare/comparison_numbers.h"
+#include "compare/comparison_page.h"
+#include "compare/comparison_sheet.h"
+#include "methods/suggestion.h"
+
+namespace orv::cli {
+
+namespace {
+
+std::string withoutFolder(const std::string& path) {
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+bool endsIn(std::string_view path, std::string_view ending) {
+    return path.size() > ending.size() &&
+           sameWord(path.substr(path.size() - ending.size()), ending);
+}
+
+std::string writeText(const std::string& path, const std::string& text) {
+    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        return std::strerror(errno);
+    }
+    const bool whole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    const int error = errno;
+    if (std::fclose(file) != 0) {
+        return std::strerror(errno);
+    }
+    return whole ? std::string() : std::strerror(error);
+}
+
+}  // namespace
+
+std::string Comparison::beforeName() const {
+    const std::string name = withoutFolder(facts.beforePath);
+    return name == withoutFolder(facts.afterPath) ? facts.beforePath : name;
+}
+
+std::string Comparison::afterName() const {
+    const std::string name = withoutFolder(facts.afterPath);
+    return name == withoutFolder(facts.beforePath) ? facts.afterPath : name;
+}
+
+ComparisonFormat comparisonFormatOf(std::string_view path) {
+    if (endsIn(path, ".html") || endsIn(path, ".htm")) {
+        return {ComparisonForm::Page, nullptr, {}};
+    }
+    if (endsIn(path, ".json")) {
+        return {ComparisonForm::Numbers, nullptr, {}};
+    }
+    const FormatEntry* const picture = formatOfName(path);
+    if (picture == nullptr) {
+        return {};
+    }
+    return {ComparisonForm::Sheet, picture, std::string(path.substr(path.find_last_of('.')))};
+}
+
+std::string comparisonExtensions() {
+    return ".html .json " + writableExtensions();
+}
+
+std::string comparisonRefusal(const std::string& path) {
+    const ComparisonFormat format = comparisonFormatOf(path);
+    if (format.form == ComparisonForm::Unknown) {
+        struct stat status {};
+        if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+            return path + ": is a folder; name a file in it";
+        }
+        return path + ": the ending names no comparison that orv writes (" +
+               comparisonExtensions() + ")";
+    }
+    if (format.form == ComparisonForm::Sheet) {
+        // A sheet is a picture in colour of 8 bits without alpha.
+        return writeRefusal(path, *format.picture, Picture{});
+    }
+    return {};
+}
+
+std::string writeComparison(const Comparison& comparison, const std::string& temporaryPath,
+                            const ComparisonFormat& format) {
+    if (format.form == ComparisonForm::Sheet) {
+        Picture sheet = comparisonSheet(comparison);
+        return writePicture(temporaryPath, *format.picture, sheet, format.ending);
+    }
+    if (format.form == ComparisonForm::Page) {
+        std::string page;
+        const std::string error = comparisonPage(comparison, page);
+        return error.empty() ? writeText(temporaryPath, page) : error;
+    }
+    return writeText(temporaryPath, comparisonJson(comparison));
+}
+
+}  // namespace orv::cli
