@@ -124,7 +124,7 @@ std::unique_ptr<BandPyramid> WaveletShrinkageOperator::shrunkBands(const RealIma
                                                 analysisLow_[number], analysisHigh_[number]);
         reportWork(1, 1);
     }
-    PyramidBands bands(*pyramid, height, width);
+    PyramidBands bands(*pyramid, height, width, noise_);
     const WorkSlice slice(1, 3);
     if (workCancelled() || !runRule(bands)) {
         return nullptr;

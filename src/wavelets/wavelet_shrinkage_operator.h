@@ -94,6 +94,11 @@ class WaveletShrinkageOperator : public RealOperator {
     int maxLevels() const { return maxLevels_; }
     /// Significance level of the Brownian rule, 0.5.
     float alpha() const { return alpha_; }
+    /// Takes the noise as known; below 0, as at first, it is measured in each plane.
+    ///
+    /// Units:   grey levels.
+    /// Domain:  not 0, which leaves the Sure and the Brownian rule without a scale.
+    void setNoise(double noise) { noise_ = noise; }
     /// Whether noise, thresholds and counts are printed; nothing in the library sets it.
     int verbose() const { return verbose_; }
     /// Sets what verbose() gives.
@@ -119,6 +124,7 @@ class WaveletShrinkageOperator : public RealOperator {
     int maxLevels_ = 0;
     int minSide_ = 0;
     int verbose_ = 0;
+    double noise_ = -1.0;
     int wavelet_;
     std::unique_ptr<WaveletFilter[]> analysisLow_;
     std::unique_ptr<WaveletFilter[]> analysisHigh_;

@@ -39,11 +39,15 @@ std::unique_ptr<RealImage3> WaveletDenoisingOperator::runPlanes(
 }
 
 std::unique_ptr<RealImage> WaveletDenoisingOperator::runPlane(const RealImage& plane) {
-    return WaveletShrinkageOperator(algorithm_, levels_, wavelet_).apply(plane, nullptr);
+    WaveletShrinkageOperator shrinkage(algorithm_, levels_, wavelet_);
+    shrinkage.setNoise(noise_);
+    return shrinkage.apply(plane, nullptr);
 }
 
 std::unique_ptr<RealImage> WaveletDenoisingOperator::runPlaneMirrored(const RealImage& plane) {
-    return WaveletShrinkageOperator(algorithm_, levels_, wavelet_).mirrored(plane);
+    WaveletShrinkageOperator shrinkage(algorithm_, levels_, wavelet_);
+    shrinkage.setNoise(noise_);
+    return shrinkage.mirrored(plane);
 }
 
 int WaveletDenoisingOperator::levelLimit(int width, int height, bool mirrored) const {

@@ -30,6 +30,10 @@ class WaveletDenoisingOperator : public RealPlaneImageOperator {
     /// Denoises one plane, extended by mirroring where its sizes need it.
     std::unique_ptr<RealImage> runPlaneMirrored(const RealImage& plane);
 
+    /// Takes the noise as known in runPlane() and runPlaneMirrored(); below 0, as at first, it is
+    /// measured in each plane. See `WaveletShrinkageOperator::setNoise`.
+    void setNoise(double noise) { noise_ = noise; }
+
     /// Most levels that a plane allows with this wavelet: padded by zeros to a square of a power
     /// of two where its longer side is none, or mirrored. Below 1 none is possible.
     int levelLimit(int width, int height, bool mirrored) const;
@@ -38,6 +42,7 @@ class WaveletDenoisingOperator : public RealPlaneImageOperator {
     int algorithm_;
     int levels_;
     int wavelet_;
+    double noise_ = -1.0;
 };
 
 }  // namespace orv

@@ -77,6 +77,9 @@ std::vector<BandView> PyramidBands::rest() {
 }
 
 double PyramidBands::noise() const {
+    if (knownNoise_ >= 0.0) {
+        return knownNoise_;
+    }
     std::array<Coefficients, 3> bands{};
     for (int detail = 0; detail < 3; ++detail) {
         const RealImage& plane = pyramid_.band(1, detail);

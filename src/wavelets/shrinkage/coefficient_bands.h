@@ -44,7 +44,7 @@ class CoefficientBands {
     virtual std::unique_ptr<RealImage> wholeBand(int level, int detail) const = 0;
     /// All coefficients that no detail band of the levels holds.
     virtual std::vector<BandView> rest() = 0;
-    /// estimateNoise2D of the plane.
+    /// The noise of the plane: estimateNoise2D, unless it is known.
     virtual double noise() const = 0;
 };
 
@@ -76,8 +76,10 @@ class PlaneBands final : public CoefficientBands {
 class PyramidBands final : public CoefficientBands {
   public:
     /// Owns:    nothing; the pyramid must outlive this.
-    PyramidBands(BandPyramid& pyramid, int height, int width)
-        : pyramid_(pyramid), height_(height), width_(width) {}
+    ///
+    /// `knownNoise` is what noise() gives; below 0 the noise is measured.
+    PyramidBands(BandPyramid& pyramid, int height, int width, double knownNoise = -1.0)
+        : pyramid_(pyramid), height_(height), width_(width), knownNoise_(knownNoise) {}
 
     int width() const override { return width_; }
     int height() const override { return height_; }
@@ -91,6 +93,7 @@ class PyramidBands final : public CoefficientBands {
     BandPyramid& pyramid_;
     int height_;
     int width_;
+    double knownNoise_;
 };
 
 }  // namespace orv
