@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "methods/diffusion_choices.h"
+#include "methods/diffusion_fit.h"
 #include "methods/diffusion_run.h"
 #include "methods/solver_listing.h"
+#include "methods/working_planes.h"
 #include "operators/diffusion/fast_denoiser_operator.h"
 #include "operators/diffusion/flow_table.h"
 #include "operators/diffusion/scheme_table.h"
@@ -14,7 +16,7 @@ namespace orv {
 
 namespace {
 
-constexpr std::array<Parameter, 10> kParameters{
+constexpr std::array<Parameter, 13> kParameters{
     choice("scheme", kSchemeAos, schemeChoices, kSchemeHelp),
     choice("flow", kFlowVariational, flowChoices, kFlowHelp),
     numberedChoice("solver", 0, solverChoices, kSolverHelp),
@@ -24,7 +26,10 @@ constexpr std::array<Parameter, 10> kParameters{
     real("contrast", "grey levels", 2.0, 0.01, 1000.0, kContrastHelp),
     real("fidelity", "", 0.05, 0.0, 1000.0, "pull back toward the source; more keeps more"),
     choice("norm", 0, gradientNormChoices, kNormHelp),
-    integer("steps", "steps", 4, 1, 1000, kStepsHelp),
+    integer("steps", "steps", 4, 0, 1000, kStepsHelp),
+    choice("colours", RgbColours, workingColoursChoices, kColoursHelp),
+    real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp),
+    choice("border", StillBorder, workingBorderChoices, kBorderHelp),
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{
@@ -35,21 +40,41 @@ constexpr std::array<std::string_view, 2> kLiterature{
 MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
     // The engine splits the explicit half steps of the denoiser whatever it is told.
     constexpr bool kSubsteps = true;
-    const auto makeStep = [&] {
+    const auto makeStep = [&](double contrast) {
         return stepOf(std::make_shared<FastDenoiserOperator>(
             arguments.integer("scheme"), /*iterations=*/1,
             arguments.integer("solver-iterations"), arguments.real("tau"),
-            arguments.real("sigma"), arguments.real("contrast"), arguments.real("fidelity"),
+            arguments.real("sigma"), contrast, arguments.real("fidelity"),
             arguments.integer("solver"), kSubsteps, arguments.integer("flow"),
             arguments.integer("norm")));
     };
     return runDiffusion(std::move(planes), arguments, kSubsteps, makeStep, progress);
 }
 
+void choose(const NoiseToRemove& noise, Arguments& arguments) {
+    if (noise.channel <= 0.0) {
+        chooseNothing(arguments);
+        return;
+    }
+    DiffusionFit fit;
+    fit.scheme = kSchemeLod;
+    fit.flow = kFlowPeronaMalik;
+    fit.steps = 4;
+    fit.time = 8.0;
+    fit.sigma = 0.8;
+    fit.contrast = 0.15;
+    arguments.choose("fidelity", 0.05);
+    chooseDiffusion(noise, fit, arguments);
+}
+
 }  // namespace
 
 constinit const Method kDenoiseMethod{
-    "denoise", "Remove noise by diffusion that is held to the source picture", kParameters,
-    kLiterature, run};
+    .name = "denoise",
+    .summary = "Remove noise by diffusion that is held to the source picture",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .choose = choose};
 
 }  // namespace orv

@@ -1,10 +1,14 @@
 #include "methods/diffusion_run.h"
 
+#include <cstddef>
 #include <utility>
 
+#include "base/rounding.h"
 #include "base/text_output.h"
 #include "exports/work_window.h"
 #include "methods/plane_run.h"
+#include "methods/shrinkage_run.h"
+#include "methods/working_planes.h"
 #include "operators/diffusion/scheme_table.h"
 
 namespace orv {
@@ -16,13 +20,140 @@ constexpr int kConjugateGradients = 7;
 /// What the band factors of an unsplit scheme may take, bytes.
 constexpr double kMostFactorBytes = 4.0e9;
 
-Planes oneStep(Planes planes, const DiffusionStep& step) {
-    if (planes.size() == 1) {
-        planes[0] = step.onePlane(*planes[0]);
-        return planes;
+/// How much of the contrast and of the noise of the first plane a plane has.
+double scaleOf(std::size_t plane, const Arguments& arguments) {
+    return plane == 0 ? 1.0 : arguments.real("chroma");
+}
+
+/// Puts the planes into a frame for as long as they diffuse, where `--border` asks for one.
+class BorderFrame {
+  public:
+    BorderFrame(Planes& planes, const Arguments& arguments)
+        : width_(planes[0]->width()),
+          height_(planes[0]->height()),
+          wide_(arguments.integer("border") == MirroredBorder) {
+        for (auto& plane : planes) {
+            plane = wide_ ? framed(*plane, 1, 1, 1, 1) : std::move(plane);
+        }
     }
-    const std::unique_ptr<FloatImage3> colour = floatImage3Of(std::move(planes));
-    return planesOf(step.threePlanes(*colour));
+
+    void takeOff(Planes& planes) const {
+        for (auto& plane : planes) {
+            plane = wide_ ? cropped(*plane, 1, 1, width_, height_) : std::move(plane);
+        }
+    }
+
+  private:
+    int width_;
+    int height_;
+    bool wide_;
+};
+
+/// Whether the planes hold what a next step can start from.
+bool sound(const Planes& planes) {
+    for (const auto& plane : planes) {
+        if (plane == nullptr) {
+            return false;
+        }
+    }
+    return !planes.empty() && allFinite(planes);
+}
+
+/// One step on all planes at once, whose first plane may steer the others, or on each alone.
+Planes oneStep(Planes planes, const Arguments& arguments, bool opponent,
+               const StepMaker& makeStep) {
+    const double contrast = arguments.real("contrast");
+    if (planes.size() == 3 && !opponent) {
+        const std::unique_ptr<FloatImage3> colour = floatImage3Of(std::move(planes));
+        return planesOf(makeStep(contrast).threePlanes(*colour));
+    }
+    for (std::size_t c = 0; c < planes.size() && !workCancelled(); ++c) {
+        const double scale = scaleOf(c, arguments);
+        if (scale > 0.0) {
+            const WorkSlice slice(static_cast<int>(c), static_cast<int>(planes.size()));
+            planes[c] = makeStep(scale * contrast).onePlane(*planes[c]);
+        }
+    }
+    return planes;
+}
+
+/// The planes after all steps; empty when a solver broke down.
+Planes diffused(Planes planes, const Arguments& arguments, bool opponent,
+                const StepMaker& makeStep) {
+    const int steps = arguments.integer("steps");
+    const BorderFrame frame(planes, arguments);
+    for (int i = 0; i < steps; ++i) {
+        const WorkSlice slice(i, steps);
+        planes = oneStep(std::move(planes), arguments, opponent, makeStep);
+        if (workCancelled() || !sound(planes)) {
+            return {};
+        }
+    }
+    frame.takeOff(planes);
+    return planes;
+}
+
+Planes shrunkPlanes(const Planes& planes, const Arguments& arguments, bool opponent) {
+    Planes shrunk;
+    for (std::size_t c = 0; c < planes.size(); ++c) {
+        const WorkSlice slice(static_cast<int>(c), static_cast<int>(planes.size()));
+        Shrinkage shrinkage;
+        shrinkage.shifts = arguments.integer("shifts");
+        shrinkage.noise = arguments.real("noise");
+        if (shrinkage.noise > 0.0 && opponent) {
+            shrinkage.noise *= scaleOf(c, arguments);
+        }
+        shrunk.push_back(shrunkPlane(*planes[c], shrinkage));
+    }
+    return shrunk;
+}
+
+/// to = (1 - share) to + share other
+void mixIn(Planes& to, const Planes& other, double share) {
+    const float kept = toFloat(1.0 - share);
+    const float taken = toFloat(share);
+    for (std::size_t c = 0; c < to.size(); ++c) {
+        float* const samples = to[c]->data();
+        const float* const others = other[c]->data();
+        for (std::size_t i = 0; i < to[c]->sampleCount(); ++i) {
+            samples[i] = kept * samples[i] + taken * others[i];
+        }
+    }
+}
+
+/// The share of shrinkage in the result that these planes can have.
+double shareOf(const Planes& planes, const Arguments& arguments) {
+    const bool fits = shrinkageFits(Shrinkage(), planes[0]->width(), planes[0]->height());
+    return fits ? arguments.real("shrinkage") : 0.0;
+}
+
+/// Diffusion and shrinkage of the source, mixed; empty when a solver broke down.
+Planes restored(Planes planes, const Arguments& arguments, const StepMaker& makeStep) {
+    const bool opponent = planes.size() == 3 && arguments.integer("colours") == OpponentColours;
+    if (opponent) {
+        turnToOpponent(planes);
+    }
+    const double share = shareOf(planes, arguments);
+    const int parts = share > 0.0 && share < 1.0 ? 2 : 1;
+    Planes shrunk;
+    if (share > 0.0) {
+        const WorkSlice slice(0, parts);
+        shrunk = shrunkPlanes(planes, arguments, opponent);
+    }
+    if (share < 1.0) {
+        const WorkSlice slice(parts - 1, parts);
+        planes = diffused(std::move(planes), arguments, opponent, makeStep);
+    }
+    if (workCancelled() || planes.empty()) {
+        return {};
+    }
+    if (share > 0.0) {
+        mixIn(planes, shrunk, share);
+    }
+    if (opponent) {
+        turnToRgb(planes);
+    }
+    return planes;
 }
 
 /// What to do when a solver broke down.
@@ -71,8 +202,7 @@ std::string diffusionRefusal(const Arguments& arguments, bool substeps, int widt
 }
 
 MethodResult runDiffusion(Planes planes, const Arguments& arguments, bool substeps,
-                          const std::function<DiffusionStep()>& makeStep,
-                          const Progress& progress) {
+                          const StepMaker& makeStep, const Progress& progress) {
     std::string refusal = planesRefusal(planes, "the picture");
     if (refusal.empty()) {
         refusal =
@@ -82,31 +212,30 @@ MethodResult runDiffusion(Planes planes, const Arguments& arguments, bool subste
         return failure(std::move(refusal));
     }
 
-    const int steps = arguments.integer("steps");
-    StepObserver observer(progress, steps);
-    const SilencedOutput silence;
-    const HostProgressPause pause;
-    for (int i = 0; i < steps; ++i) {
-        {
-            const WorkObserverScope scope(&observer);
-            planes = oneStep(std::move(planes), makeStep());
-            if (workCancelled()) {
-                MethodResult stopped;
-                stopped.cancelled = true;
-                return stopped;
-            }
-        }
-        if (planes.empty() || planes[0] == nullptr || !allFinite(planes)) {
-            return failure(breakdownText(arguments));
-        }
-        observer.nextStep();
+    MethodResult result;
+    // Turning to other planes and back would move the last bits.
+    const bool nothing = arguments.integer("steps") == 0 && shareOf(planes, arguments) == 0.0;
+    if (nothing) {
+        result.planes = std::move(planes);
+        result.cancelled = progress && !progress(1.0);
+    } else {
+        StepObserver observer(progress, /*steps=*/1);
+        const SilencedOutput silence;
+        const HostProgressPause pause;
+        const WorkObserverScope scope(&observer);
+        result.planes = restored(std::move(planes), arguments, makeStep);
+        result.cancelled = workCancelled();
     }
-
-    for (const auto& plane : planes) {
+    if (result.cancelled) {
+        result.planes.clear();
+        return result;
+    }
+    if (!sound(result.planes)) {
+        return failure(breakdownText(arguments));
+    }
+    for (const auto& plane : result.planes) {
         plane->clamp(0.0f, 255.0f);
     }
-    MethodResult result;
-    result.planes = std::move(planes);
     return result;
 }
 

@@ -13,6 +13,8 @@
 
 namespace orv {
 
+struct NoiseToRemove;
+
 /// The planes of a picture: one for grey, three for red, green and blue, all of one size.
 ///
 /// Units:   black is 0 and white is 255 whatever the depth of the picture; samples between the
@@ -56,6 +58,14 @@ struct Method {
     ///          first, and three planes if the method gives colour to a grey one.
     MethodResult (*runWithSecond)(Planes planes, Planes second, const Arguments& arguments,
                                   const Progress& progress) = nullptr;
+
+    /// Chooses the parameters that are open in the arguments, so that noise of this strength
+    /// goes; null for methods without automation. Values that were given stay and the others are
+    /// chosen to suit them. No noise chooses values with which a run changes no sample. See
+    /// methods/automatic.h.
+    void (*choose)(const NoiseToRemove& noise, Arguments& arguments) = nullptr;
+    /// Whether a client should choose without being asked, when nothing or little is given.
+    bool automatic = false;
 };
 
 }  // namespace orv

@@ -4,8 +4,11 @@
 #include <utility>
 
 #include "methods/diffusion_choices.h"
+#include "methods/diffusion_fit.h"
 #include "methods/diffusion_run.h"
+#include "methods/shrinkage_run.h"
 #include "methods/solver_listing.h"
+#include "methods/working_planes.h"
 #include "operators/diffusion/fast_restoration_operator.h"
 #include "operators/diffusion/flow_table.h"
 #include "operators/diffusion/scheme_table.h"
@@ -14,7 +17,7 @@ namespace orv {
 
 namespace {
 
-constexpr std::array<Parameter, 10> kParameters{
+constexpr std::array<Parameter, 16> kParameters{
     choice("scheme", kSchemeAos, schemeChoices, kSchemeHelp),
     choice("flow", kFlowPeronaMalik, flowChoices, kFlowHelp),
     numberedChoice("solver", 0, solverChoices, kSolverHelp),
@@ -24,7 +27,14 @@ constexpr std::array<Parameter, 10> kParameters{
     real("contrast", "grey levels", 5.0, 0.01, 1000.0, kContrastHelp),
     choice("norm", 0, gradientNormChoices, kNormHelp),
     flag("substeps", false, "split the explicit half steps of ADI, AMOS and 2DImplicit"),
-    integer("steps", "steps", 4, 1, 1000, kStepsHelp),
+    integer("steps", "steps", 4, 0, 1000, kStepsHelp),
+    choice("colours", RgbColours, workingColoursChoices, kColoursHelp),
+    real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp),
+    choice("border", StillBorder, workingBorderChoices, kBorderHelp),
+    real("shrinkage", "", 0.0, 0.0, 1.0,
+         "share of wavelet shrinkage in the result; 0 is diffusion alone"),
+    real("noise", "grey levels", -1.0, -1.0, 255.0, kNoiseHelp),
+    integer("shifts", "shifts", 4, 1, kMostShifts, kShiftsHelp),
 };
 
 constexpr std::array<std::string_view, 3> kLiterature{
@@ -36,20 +46,43 @@ constexpr std::array<std::string_view, 3> kLiterature{
 
 MethodResult run(Planes planes, const Arguments& arguments, const Progress& progress) {
     const bool substeps = arguments.flag("substeps");
-    const auto makeStep = [&] {
+    const auto makeStep = [&](double contrast) {
         return stepOf(std::make_shared<FastRestorationOperator>(
             arguments.integer("scheme"), /*iterations=*/1,
             arguments.integer("solver-iterations"), arguments.real("tau"),
-            arguments.real("sigma"), arguments.real("contrast"), arguments.integer("solver"),
-            substeps, arguments.integer("flow"), arguments.integer("norm")));
+            arguments.real("sigma"), contrast, arguments.integer("solver"), substeps,
+            arguments.integer("flow"), arguments.integer("norm")));
     };
     return runDiffusion(std::move(planes), arguments, substeps, makeStep, progress);
+}
+
+void choose(const NoiseToRemove& noise, Arguments& arguments) {
+    if (noise.channel <= 0.0) {
+        chooseNothing(arguments);
+        return;
+    }
+    arguments.choose("shrinkage", 0.5);
+    DiffusionFit fit;
+    fit.scheme = kSchemeLod;
+    fit.flow = kFlowPeronaMalik;
+    fit.steps = 4;
+    fit.time = 8.0;
+    fit.sigma = 0.8;
+    fit.contrast = 0.15;
+    chooseDiffusion(noise, fit, arguments);
+    arguments.choose("noise", workingDeviation(noise, arguments));
+    arguments.choose("shifts", 4);
 }
 
 }  // namespace
 
 constinit const Method kRestoreMethod{
-    "restore", "Restore a picture by nonlinear diffusion, which smooths noise and keeps edges",
-    kParameters, kLiterature, run};
+    .name = "restore",
+    .summary = "Restore a picture by nonlinear diffusion, which smooths noise and keeps edges",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .choose = choose,
+    .automatic = true};
 
 }  // namespace orv

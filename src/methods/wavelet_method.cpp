@@ -6,7 +6,10 @@
 #include <string>
 #include <utility>
 
+#include "methods/diffusion_fit.h"
 #include "methods/plane_run.h"
+#include "methods/shrinkage_run.h"
+#include "methods/working_planes.h"
 #include "operators/thin/wavelet_denoising_operator.h"
 
 namespace orv {
@@ -48,7 +51,7 @@ std::span<const Choice> extensionChoices() {
     return kExtensions;
 }
 
-constexpr std::array<Parameter, 4> kParameters{
+constexpr std::array<Parameter, 8> kParameters{
     choice("rule", 0, ruleChoices, "how the threshold of a band is chosen"),
     numberedChoice("wavelet", 3, waveletChoices, "the filters, by name or number"),
     integer(
@@ -56,6 +59,10 @@ constexpr std::array<Parameter, 4> kParameters{
         "how often the picture is halved; more reaches coarser noise, 0 takes as many as fit"),
     choice("extend", kMirror, extensionChoices,
            "how the picture is extended to sizes that can be halved"),
+    real("noise", "grey levels", -1.0, -1.0, 255.0, kNoiseHelp),
+    integer("shifts", "shifts", 1, 1, kMostShifts, kShiftsHelp),
+    choice("colours", RgbColours, workingColoursChoices, kColoursHelp),
+    real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp),
 };
 
 constexpr std::array<std::string_view, 3> kLiterature{
@@ -96,17 +103,31 @@ std::string levelsRefusal(int levels, int most, int shortest, std::string_view w
 
 /// One plane after another, so that the doubles of one alone are held.
 Planes denoised(Planes planes, const Arguments& arguments) {
-    const int levels = arguments.integer("levels");
-    const bool mirrored = arguments.integer("extend") == kMirror;
-    WaveletDenoisingOperator op(arguments.integer("rule"), levels > 0 ? levels : -1,
-                                arguments.integer("wavelet"));
+    const bool opponent = planes.size() == 3 && arguments.integer("colours") == OpponentColours;
+    Shrinkage shrinkage;
+    shrinkage.rule = arguments.integer("rule");
+    shrinkage.levels = arguments.integer("levels") > 0 ? arguments.integer("levels") : -1;
+    shrinkage.wavelet = arguments.integer("wavelet");
+    shrinkage.mirrored = arguments.integer("extend") == kMirror;
+    shrinkage.noise = arguments.real("noise");
+    shrinkage.shifts = arguments.integer("shifts");
+    if (shrinkage.noise == 0.0) {
+        reportWork(1, 1);
+        return planes;
+    }
+    if (opponent) {
+        turnToOpponent(planes);
+    }
     for (std::size_t c = 0; c < planes.size() && !workCancelled(); ++c) {
         const WorkSlice slice(static_cast<int>(c), static_cast<int>(planes.size()));
-        std::unique_ptr<RealImage> plane = realImageOf(*planes[c]);
-        planes[c].reset();
-        plane = mirrored ? op.runPlaneMirrored(*plane) : op.runPlane(*plane);
-        planes[c] = floatImageOf(*plane);
+        if (c == 1 && opponent && shrinkage.noise > 0.0) {
+            shrinkage.noise *= arguments.real("chroma");
+        }
+        planes[c] = shrunkPlane(*planes[c], shrinkage);
         reportWork(1, 1);
+    }
+    if (opponent) {
+        turnToRgb(planes);
     }
     return planes;
 }
@@ -129,10 +150,24 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
                         [&](Planes source) { return denoised(std::move(source), arguments); });
 }
 
+void choose(const NoiseToRemove& noise, Arguments& arguments) {
+    if (noise.channel <= 0.0) {
+        arguments.choose("noise", 0.0);
+        return;
+    }
+    chooseWorkingPlanes(noise, arguments);
+    arguments.choose("shifts", 8);
+    arguments.choose("noise", workingDeviation(noise, arguments));
+}
+
 }  // namespace
 
 constinit const Method kWaveletMethod{
-    "wavelet", "Remove noise by shrinking the wavelet coefficients of a picture", kParameters,
-    kLiterature, run};
+    .name = "wavelet",
+    .summary = "Remove noise by shrinking the wavelet coefficients of a picture",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .choose = choose};
 
 }  // namespace orv

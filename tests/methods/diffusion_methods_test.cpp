@@ -395,7 +395,7 @@ TEST(DiffusionMethods, RefuseABandFactorThatWouldNotFit) {
 }
 
 TEST(DiffusionMethods, SayWhenASolverBreaksDownAndWhatToTake) {
-    const auto poisoned = [] {
+    const auto poisoned = [](double) {
         return DiffusionStep{[](const FloatImage& plane) {
                                  auto result = plane.clone();
                                  result->row(3)[3] = std::nanf("");
