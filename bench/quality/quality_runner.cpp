@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iostream>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -203,8 +202,9 @@ int main(int argc, char** argv) {
     if (pairs.empty()) {
         stop(std::string(argv[1]) + ": no pairs");
     }
-    for (std::string line; std::getline(std::cin, line);) {
-        if (!line.empty()) {
+    char line[1024];
+    while (std::fgets(line, sizeof line, stdin) != nullptr) {
+        if (line[0] != '\n') {
             runSetting(line, pairs);
         }
     }
