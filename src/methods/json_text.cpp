@@ -108,6 +108,11 @@ void JsonText::memberNumbers(std::string_view memberName, std::span<const double
     text_ += ']';
 }
 
+void JsonText::memberDigits(std::string_view memberName, std::string_view digits) {
+    name(memberName);
+    text_ += digits;
+}
+
 void JsonText::memberBool(std::string_view memberName, bool value) {
     name(memberName);
     text_ += value ? "true" : "false";

@@ -29,6 +29,10 @@ class JsonText {
     void memberNumber(std::string_view name, double value);
     /// Adds an array of numbers to an object, all in one line.
     void memberNumbers(std::string_view name, std::span<const double> values);
+    /// Adds a number to an object, with the digits it is given.
+    ///
+    /// Domain:  digits that make a JSON number.
+    void memberDigits(std::string_view name, std::string_view digits);
     /// Adds true or false to an object.
     void memberBool(std::string_view name, bool value);
     /// Adds a text to an array.

@@ -22,6 +22,10 @@ bool readNumber(std::string_view text, double& value) {
 #if defined(__cpp_lib_to_chars)
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc::result_out_of_range) {
+        // The value was left as it is; this gives infinity, or 0 for what is too small.
+        value = std::strtod(std::string(text).c_str(), nullptr);
+    }
     return stop == end && (error == std::errc() || error == std::errc::result_out_of_range);
 #else
     const std::string copy(text);

@@ -14,6 +14,7 @@ TEST(JsonText, IndentsObjectsAndArrays) {
     json.beginObject();
     json.member("name", "x");
     json.memberNumber("value", 0.5);
+    json.memberDigits("whole", "1000000");
     json.memberBool("on", true);
     json.beginArray("empty");
     json.end();
@@ -29,6 +30,7 @@ TEST(JsonText, IndentsObjectsAndArrays) {
               "  {\n"
               "    \"name\": \"x\",\n"
               "    \"value\": 0.5,\n"
+              "    \"whole\": 1000000,\n"
               "    \"on\": true,\n"
               "    \"empty\": [],\n"
               "    \"words\": [\n"

@@ -55,7 +55,7 @@ TEST(Parameter, RefusesNumbersWithAnythingAroundThem) {
 }
 
 TEST(Parameter, RefusesWhatIsNotFinite) {
-    for (const char* const text : {"nan", "inf", "-inf", "NaN"}) {
+    for (const char* const text : {"nan", "inf", "-inf", "NaN", "1e999", "-1e999"}) {
         SCOPED_TRACE(text);
         EXPECT_EQ(errorOf(kSigma, text), "'" + std::string(text) +
                                              "' is not a finite number (expected PIXELS from "
