@@ -1,5 +1,3 @@
-#include <cmath>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -31,7 +29,7 @@ void writeText(JsonText& json, std::string_view name, std::string_view text) {
 
 void writeCount(JsonText& json, std::string_view name, int count) {
     if (count > 0) {
-        json.memberNumber(name, count);
+        json.memberDigits(name, std::to_string(count));
     }
 }
 
@@ -81,7 +79,7 @@ void writeOption(JsonText& json, const std::string& name, const std::string& tex
     const bool number = !text.empty() && text.size() <= 9 && (text == "0" || text[0] != '0') &&
                         text.find_first_not_of("0123456789") == std::string::npos;
     if (number) {
-        json.memberNumber(name, std::atoi(text.c_str()));
+        json.memberDigits(name, text);
     } else {
         json.member(name, cleanUtf8(text));
     }
