@@ -10,26 +10,13 @@
 #include <sys/stat.h>
 
 #include "methods/method_catalogue.h"
+#include "shell_text.h"
 
 namespace orv::cli {
 
 namespace {
 
-/// A word as a shell takes it for one.
-std::string shellWord(const std::string& word) {
-    constexpr std::string_view kPlain =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:=+%@,";
-    if (!word.empty() && word != "," && word.find_first_not_of(kPlain) == std::string::npos) {
-        return word;
-    }
-    std::string quoted = "'";
-    for (const char c : word) {
-        quoted += c == '\'' ? "'\\''" : std::string(1, c);
-    }
-    return quoted + "'";
-}
-
-/// The parameter as options of the command line; a flag that is off needs none.
+/// The parameter as an option of the command line; a flag that is off needs none.
 std::string optionText(const Method* method, const std::string& name, const std::string& text) {
     for (const Parameter& parameter :
          method == nullptr ? std::span<const Parameter>() : method->parameters) {
