@@ -1,4 +1,4 @@
-"""Files that can't be read or written: one line, exit code 3, and nothing left behind."""
+"""Files that can't be read or written: one line, exit code 3 or 4, and nothing left behind."""
 
 import fcntl
 import os
@@ -19,9 +19,9 @@ class Files(FolderCase):
         super().setUp()
         write_netpbm(self.folder / "in.ppm", 8, 8, samples(8, 8, 3))
 
-    def refused(self, line, *arguments):
+    def refused(self, line, *arguments, code=3):
         before = self.names()
-        self.check((3, "", f"orv: {line}\n"), "restore", *arguments)
+        self.check((code, "", f"orv: {line}\n"), "restore", *arguments)
         self.assertEqual(self.names(), before)
 
     def test_missing_input(self):
@@ -46,16 +46,16 @@ class Files(FolderCase):
 
     def test_unknown_ending(self):
         code, out, error = run("restore", "in.ppm", "out.gif", cwd=self.folder)
-        self.assertEqual((code, out), (3, ""))
+        self.assertEqual((code, out), (4, ""))
         self.assertRegex(error, r"^orv: out\.gif: the ending names no format that orv writes \(.*\.bmp \.ppm \.pgm \.pnm\)\n$")
 
     def test_existing_output(self):
         (self.folder / "out.ppm").write_text("mine")
-        self.refused("out.ppm: exists already; --force overwrites it", "in.ppm", "out.ppm")
+        self.refused("out.ppm: exists already; --force overwrites it", "in.ppm", "out.ppm", code=4)
         self.assertEqual((self.folder / "out.ppm").read_text(), "mine")
 
     def test_input_as_output(self):
-        self.refused("in.ppm: exists already; --force overwrites it", "in.ppm", "in.ppm")
+        self.refused("in.ppm: exists already; --force overwrites it", "in.ppm", "in.ppm", code=4)
         before = (self.folder / "in.ppm").read_bytes()
 
         self.check((0, "", ""), "restore", "in.ppm", "in.ppm", "--force", "-q", *KEEP)
@@ -65,20 +65,34 @@ class Files(FolderCase):
 
     def test_folder_as_output(self):
         (self.folder / "out.ppm").mkdir()
-        self.refused("out.ppm: is a folder; name a file in it", "in.ppm", "out.ppm", "--force")
+        self.check((0, "", ""), "restore", "in.ppm", "out.ppm", "-q")
+        self.assertEqual([entry.name for entry in (self.folder / "out.ppm").iterdir()], ["in.ppm"])
+
+    def test_output_beside_the_input(self):
+        self.check((0, "", ""), "restore", "in.ppm", "-q")
+        self.check((0, "", ""), "denoise", "in.ppm", "-q")
+        self.assertEqual(self.names(), ["in.denoise.ppm", "in.ppm", "in.restored.ppm"])
+        self.refused("in.restored.ppm: exists already; --force overwrites it", "in.ppm", code=4)
+
+    def test_three_words_are_three_inputs(self):
+        code, out, error = run("restore", "in.ppm", "none.ppm", "more.ppm", cwd=self.folder)
+        self.assertEqual(code, 1)
+        self.assertEqual(error, "orv: none.ppm: no such file\norv: more.ppm: no such file\norv: 2 of 3 pictures failed\n")
+        self.assertTrue(out.startswith("in.restored.ppm: 8 x 8 pixels"), out)
+        self.assertEqual(self.names(), ["in.ppm", "in.restored.ppm"])
 
     def test_missing_folder(self):
-        self.refused("sub/out.ppm: can't be written: no such folder", "in.ppm", "sub/out.ppm")
+        self.refused("sub/out.ppm: can't be written: no such folder", "in.ppm", "sub/out.ppm", code=4)
 
     @unittest.skipIf(os.geteuid() == 0, "root may write anywhere")
     def test_read_only_folder(self):
         sub = self.folder / "sub"
         sub.mkdir(mode=0o555)
-        self.refused("sub/out.ppm: can't be written: Permission denied", "in.ppm", "sub/out.ppm")
+        self.refused("sub/out.ppm: can't be written: Permission denied", "in.ppm", "sub/out.ppm", code=4)
 
     def test_kernel_folder(self):
         code, out, error = run("restore", "in.ppm", "/proc/out.ppm", cwd=self.folder)
-        self.assertEqual((code, out), (3, ""))
+        self.assertEqual((code, out), (4, ""))
         self.assertTrue(error.startswith("orv: /proc/out.ppm: can't be written: "), error)
 
     def test_link_as_output_keeps_the_link(self):
@@ -102,7 +116,7 @@ class Files(FolderCase):
     def test_method_refusal_leaves_nothing(self):
         write_netpbm(self.folder / "thin.ppm", 1, 8, samples(1, 8, 3))
         self.check(
-            (1, "", "orv: restore: the scheme ADI needs at least 2 x 2 pixels, this picture has 1 x 8\n"),
+            (5, "", "orv: restore: the scheme ADI needs at least 2 x 2 pixels, this picture has 1 x 8\n"),
             *("restore", "thin.ppm", "out.ppm", "--scheme", "ADI"),
         )
         self.assertEqual(self.names(), ["in.ppm", "thin.ppm"])
@@ -111,11 +125,11 @@ class Files(FolderCase):
     def test_alpha_where_the_format_has_none(self):
         write_png(self.folder / "a.png", 4, 4, samples(4, 4, 4), 4)
         hint = "can't hold the transparency of this picture; take PNG, TIFF, WebP or BMP"
-        self.refused(f"out.jpg: JPEG {hint}", "a.png", "out.jpg")
-        self.refused(f"out.ppm: PPM {hint}", "a.png", "out.ppm")
+        self.refused(f"out.jpg: JPEG {hint}", "a.png", "out.jpg", code=4)
+        self.refused(f"out.ppm: PPM {hint}", "a.png", "out.ppm", code=4)
 
     def test_colour_in_pgm(self):
-        self.refused("out.pgm: PGM holds grey alone and this picture has colour; take .ppm", "in.ppm", "out.pgm")
+        self.refused("out.pgm: PGM holds grey alone and this picture has colour; take .ppm", "in.ppm", "out.pgm", code=4)
 
 
 class Runs(FolderCase):

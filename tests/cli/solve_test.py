@@ -81,7 +81,7 @@ class Usage(SolveCase):
         self.refused("solve: the picture to read is missing (usage: orv solve IN [options])")
 
     def test_report_without_its_option(self):
-        line = "solve: takes one picture; 'out.html' is one word too many (-o names the file to write)"
+        line = "solve: 'out.html' is one word too many; -o names the file to write (usage: orv solve IN [options])"
         self.refused(line, "in.ppm", "out.html")
 
     def test_unknown_solvers(self):
@@ -119,8 +119,8 @@ class Usage(SolveCase):
     def test_options_of_other_verbs(self):
         self.refused("--solver: is an option of restore and denoise, not of solve", "in.ppm", "--solver", "CG")
         self.refused("--json: is an option of methods and solvers, not of solve", "in.ppm", "--json")
-        self.refused("unknown option '--solvrs', did you mean '--solvers'?", "in.ppm", "--solvrs", "CG")
-        self.refused("unknown option '--outpu', did you mean '--output'?", "in.ppm", "--outpu", "a.csv")
+        self.refused("unknown option '--solvrs', did you mean '--solvers'? (orv solve --help lists all)", "in.ppm", "--solvrs", "CG")
+        self.refused("unknown option '--outpu', did you mean '--output'? (orv solve --help lists all)", "in.ppm", "--outpu", "a.csv")
 
     def test_values(self):
         self.refused("--size: -1 is out of range (expected PIXELS from 0 to 100000, default 256)", "in.ppm", "--size", "-1")
@@ -151,14 +151,14 @@ class Usage(SolveCase):
 
 
 class Files(SolveCase):
-    def refused(self, line, *arguments):
+    def refused(self, line, *arguments, code=4):
         before = self.names()
-        self.check((3, "", f"orv: {line}\n"), "solve", *arguments)
+        self.check((code, "", f"orv: {line}\n"), "solve", *arguments)
         self.assertEqual(self.names(), before)
 
     def test_missing_input(self):
-        self.refused("none.png: no such file", "none.png")
-        self.refused("none.png: no such file", "none.png", "-o", "out.csv")
+        self.refused("none.png: no such file", "none.png", code=3)
+        self.refused("none.png: no such file", "none.png", "-o", "out.csv", code=3)
 
     def test_truncated_picture(self):
         data = (self.folder / "in.ppm").read_bytes()
@@ -205,7 +205,7 @@ class Files(SolveCase):
     def test_full_disk_of_the_table(self):
         with open("/dev/full", "w") as full:
             done = subprocess.run([TOOL, "solve", "in.ppm", "--solvers", "0"], cwd=self.folder, stdout=full, stderr=subprocess.PIPE)
-        self.assertEqual((done.returncode, done.stderr), (3, b"orv: standard output can't be written\n"))
+        self.assertEqual((done.returncode, done.stderr), (4, b"orv: standard output can't be written\n"))
 
     def test_interruption_leaves_nothing(self):
         write_netpbm(self.folder / "in.ppm", 256, 256, samples(256, 256, 3))
@@ -232,16 +232,16 @@ class Refusals(SolveCase):
         for width, height in [(1, 1), (1, 9), (9, 1)]:
             write_netpbm(self.folder / "in.ppm", width, height, samples(width, height, 3))
             line = f"solve: the scheme 2DSemi needs at least 2 x 2 pixels, this picture has {width} x {height}"
-            self.check((1, "", f"orv: {line}\n"), "solve", "in.ppm", "-o", "out.html")
+            self.check((5, "", f"orv: {line}\n"), "solve", "in.ppm", "-o", "out.html")
             self.assertEqual(self.names(), ["in.ppm"])
 
     def test_a_part_too_small_for_2dsemi(self):
         line = "solve: the scheme 2DSemi needs at least 2 x 2 pixels, this picture has 1 x 1"
-        self.check((1, "", f"orv: {line}\n"), "solve", "in.ppm", "--size", "1")
+        self.check((5, "", f"orv: {line}\n"), "solve", "in.ppm", "--size", "1")
 
     def test_nothing_to_measure(self):
         code, out, error = run("solve", "in.ppm", "--scheme", "LOD", "--solvers", "ILU0-BiCGStab", "-o", "a.csv", cwd=self.folder)
-        self.assertEqual((code, out), (1, ""))
+        self.assertEqual((code, out), (5, ""))
         reasons = r"(needs the five diagonals of 2DSemi|this version lacks it)"
         self.assertRegex(error, rf"^orv: solve: nothing to measure: ILU0-BiCGStab: {reasons}\n$")
         self.assertEqual(self.names(), ["in.ppm"])

@@ -138,10 +138,16 @@ std::string written(const Option& option) {
     return option.placeholder.empty() ? text : text + " " + std::string(option.placeholder);
 }
 
+/// A help text whose default stays on one line.
+std::string withDefaultJoined(std::string_view help) {
+    const std::size_t from = std::min(help.find("[default:"), help.size());
+    return std::string(help.substr(0, from)) + joined(std::string(help.substr(from)));
+}
+
 std::string groupRows(const OptionGroup& group) {
     std::string text = "\n" + std::string(group.title) + ":\n";
     for (const Option& option : group.options) {
-        text += row(written(option), std::string(option.help));
+        text += row(written(option), withDefaultJoined(option.help));
     }
     return text;
 }

@@ -102,6 +102,12 @@ bool isWrittenAs(const Option& option, std::string_view word) {
             word[1] == option.letter);
 }
 
+/// Whether a text is one of the words that an option takes.
+bool hasWord(const Option& option, std::string_view text) {
+    const std::string words = " " + std::string(option.words) + " ";
+    return words.find(" " + std::string(text) + " ") != std::string::npos;
+}
+
 /// What one word of the command line is to the verb.
 struct Meaning {
     const Option* option = nullptr;
@@ -111,9 +117,15 @@ struct Meaning {
         return (option != nullptr && option->kind == OptionKind::Value) ||
                (parameter != nullptr && parameter->kind != ParameterKind::Flag);
     }
+    bool takesValueOrMaybe() const {
+        return takesValue() || (option != nullptr && option->kind == OptionKind::Maybe);
+    }
     bool isFlag() const {
         return (option != nullptr && option->kind == OptionKind::Flag) ||
                (parameter != nullptr && parameter->kind == ParameterKind::Flag);
+    }
+    std::string longName() const {
+        return "--" + std::string(option != nullptr ? option->name : parameter->name);
     }
     std::string expected() const {
         return option != nullptr ? std::string(option->expected) : expectation(*parameter);
@@ -122,6 +134,12 @@ struct Meaning {
 
 Meaning meaningOf(const Verb& verb, std::string_view word) {
     Meaning meaning;
+    if (word.substr(0, 2) == "--") {
+        meaning.parameter = verb.parameter(word.substr(2));
+    }
+    if (meaning.parameter != nullptr) {
+        return meaning;
+    }
     for (const OptionGroup* const group : verb.groups) {
         for (const Option& option : group->options) {
             if (isWrittenAs(option, word)) {
@@ -129,10 +147,18 @@ Meaning meaningOf(const Verb& verb, std::string_view word) {
             }
         }
     }
-    if (meaning.option == nullptr && word.substr(0, 2) == "--") {
-        meaning.parameter = verb.parameter(word.substr(2));
-    }
     return meaning;
+}
+
+/// Whether word `i` takes a value and none is there: nothing after '=', no next word, an option
+/// as the next word, or an empty word where a name has to stand.
+bool lacksValue(const Words& words, std::size_t i, const Meaning& meaning) {
+    const std::size_t equals = words[i].find('=');
+    if (equals != std::string::npos) {
+        return meaning.takesValueOrMaybe() && equals + 1 == words[i].size();
+    }
+    return meaning.takesValue() && (i + 1 == words.size() || looksLikeOption(words[i + 1]) ||
+                                    (words[i + 1].empty() && meaning.option != nullptr));
 }
 
 /// What the parser would let pass: a flag with a value, and an option whose value would be the
@@ -145,14 +171,14 @@ std::string checkWords(const Verb& verb, Words& words) {
         if (withValue && written.substr(0, 2) == "--" && meaning.isFlag()) {
             return written + ": takes no value";
         }
+        if (lacksValue(words, i, meaning)) {
+            return valueMissing(meaning.longName(), meaning.expected());
+        }
         if (!withValue && meaning.option != nullptr &&
             meaning.option->kind == OptionKind::Maybe) {
             words[i] += "=" + std::string(meaning.option->bareValue);
         }
         if (!withValue && meaning.takesValue()) {
-            if (i + 1 == words.size() || looksLikeOption(words[i + 1])) {
-                return valueMissing(written, meaning.expected());
-            }
             ++i;
         }
     }
@@ -160,6 +186,9 @@ std::string checkWords(const Verb& verb, Words& words) {
 }
 
 /// The parser of a verb's options.
+///
+/// A parameter may have the name of an option, as --alpha of retinex has, if its values aren't
+/// words of the option: the value then tells which one is meant.
 class Parser {
   public:
     explicit Parser(const Verb& verb) : verb_(verb) {
@@ -168,7 +197,9 @@ class Parser {
         app_.add_option("words", words_);
         for (const OptionGroup* const group : verb.groups) {
             for (const Option& option : group->options) {
-                add(definition(option), option.kind == OptionKind::Flag);
+                if (verb.parameter(option.name) == nullptr) {
+                    add(definition(option), option.kind == OptionKind::Flag);
+                }
             }
         }
         for (const Parameter& parameter : verb.parameters) {
@@ -197,11 +228,15 @@ class Parser {
         std::size_t i = 0;
         for (const OptionGroup* const group : verb_.groups) {
             for (const Option& option : group->options) {
-                take(i++, option.name, line.options);
+                if (verb_.parameter(option.name) == nullptr) {
+                    take(i++, option.name, line.options);
+                }
             }
         }
         for (const Parameter& parameter : verb_.parameters) {
-            take(i++, parameter.name, line.parameters);
+            const Option* const namesake = verb_.option(parameter.name);
+            const bool isOption = namesake != nullptr && hasWord(*namesake, *values_[i]);
+            take(i++, parameter.name, isOption ? line.options : line.parameters);
         }
     }
 
@@ -286,7 +321,9 @@ std::string missingWord(const Verb& verb, std::string_view what) {
 }
 
 std::string wordTooMany(const Verb& verb, std::string_view word) {
-    return verb.name + ": '" + std::string(word) + "' is one word too many" + usage(verb);
+    const Option* const output = verb.option("output");
+    return verb.name + ": '" + std::string(word) + "' is one word too many" +
+           (output != nullptr ? "; -o names the file to write" : "") + usage(verb);
 }
 
 }  // namespace orv::cli

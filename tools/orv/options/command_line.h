@@ -39,7 +39,7 @@ std::string setArguments(const CommandLine& line, Arguments& arguments);
 /// "VERB: WHAT is missing (usage: orv VERB WORDS [options])"
 std::string missingWord(const Verb& verb, std::string_view what);
 
-/// "VERB: 'WORD' is one word too many (usage: ...)"
+/// "VERB: 'WORD' is one word too many (usage: ...)", and that -o names the output where it does.
 std::string wordTooMany(const Verb& verb, std::string_view word);
 
 }  // namespace orv::cli
