@@ -53,40 +53,47 @@ std::size_t bytesOf(SampleDepth depth) {
     return 4;
 }
 
+std::unique_ptr<FloatImage> planeOf(const InterleavedSamples& samples, int channel) {
+    auto plane = FloatImage::uninitialised(samples.width, samples.height);
+    switch (samples.depth) {
+        case SampleDepth::Bits8:
+            readPlane<unsigned char>(samples, channel, *plane);
+            break;
+        case SampleDepth::Bits16:
+            readPlane<unsigned short>(samples, channel, *plane);
+            break;
+        case SampleDepth::Float:
+            readPlane<float>(samples, channel, *plane);
+            break;
+    }
+    return plane;
+}
+
 Planes planesOf(const InterleavedSamples& samples, int colours) {
     Planes planes;
     for (int channel = 0; channel < colours; ++channel) {
-        auto plane = FloatImage::uninitialised(samples.width, samples.height);
-        switch (samples.depth) {
-            case SampleDepth::Bits8:
-                readPlane<unsigned char>(samples, channel, *plane);
-                break;
-            case SampleDepth::Bits16:
-                readPlane<unsigned short>(samples, channel, *plane);
-                break;
-            case SampleDepth::Float:
-                readPlane<float>(samples, channel, *plane);
-                break;
-        }
-        planes.push_back(std::move(plane));
+        planes.push_back(planeOf(samples, channel));
     }
     return planes;
 }
 
+void storePlane(const FloatImage& plane, int channel, InterleavedSamples& samples) {
+    switch (samples.depth) {
+        case SampleDepth::Bits8:
+            writePlane<unsigned char>(plane, channel, samples);
+            break;
+        case SampleDepth::Bits16:
+            writePlane<unsigned short>(plane, channel, samples);
+            break;
+        case SampleDepth::Float:
+            writePlane<float>(plane, channel, samples);
+            break;
+    }
+}
+
 void storePlanes(const Planes& planes, InterleavedSamples& samples) {
     for (std::size_t i = 0; i < planes.size(); ++i) {
-        const int channel = static_cast<int>(i);
-        switch (samples.depth) {
-            case SampleDepth::Bits8:
-                writePlane<unsigned char>(*planes[i], channel, samples);
-                break;
-            case SampleDepth::Bits16:
-                writePlane<unsigned short>(*planes[i], channel, samples);
-                break;
-            case SampleDepth::Float:
-                writePlane<float>(*planes[i], channel, samples);
-                break;
-        }
+        storePlane(*planes[i], static_cast<int>(i), samples);
     }
 }
 

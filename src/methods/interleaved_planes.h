@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "methods/method.h"
@@ -24,11 +25,21 @@ struct InterleavedSamples {
     std::vector<unsigned char> bytes;  ///< samples in the byte order of the machine
 };
 
+/// The plane of one channel, scaled so that white is 255.
+///
+/// Shapes:  channel below samples.channels.
+std::unique_ptr<FloatImage> planeOf(const InterleavedSamples& samples, int channel);
+
 /// Planes of the first `colours` channels, scaled so that white is 255.
 ///
 /// Shapes:  colours at most samples.channels.
 /// Cost:    one pass, in tiles that keep both sides in cache.
 Planes planesOf(const InterleavedSamples& samples, int colours);
+
+/// Writes a plane into one channel of a picture of its size; the others stay.
+///
+/// Units:   samples within 0 to 255, rounded to the nearest value of the depth.
+void storePlane(const FloatImage& plane, int channel, InterleavedSamples& samples);
 
 /// Writes planes into the first channels of a picture of their size; other channels stay.
 ///

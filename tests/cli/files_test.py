@@ -81,8 +81,20 @@ class Files(FolderCase):
         self.assertTrue(out.startswith("in.restored.ppm: 8 x 8 pixels"), out)
         self.assertEqual(self.names(), ["in.ppm", "in.restored.ppm"])
 
-    def test_missing_folder(self):
-        self.refused("sub/out.ppm: can't be written: no such folder", "in.ppm", "sub/out.ppm", code=4)
+    def test_missing_folders_are_made(self):
+        self.check((0, "", ""), "restore", "in.ppm", "sub/deep/out.ppm", "-q", *KEEP)
+        self.assertEqual((self.folder / "sub/deep/out.ppm").read_bytes(), (self.folder / "in.ppm").read_bytes())
+        self.assertEqual(os.listdir(self.folder / "sub/deep"), ["out.ppm"])
+
+    def test_folders_made_for_a_result_that_fails_go_again(self):
+        write_netpbm(self.folder / "thin.ppm", 1, 8, samples(1, 8, 3))
+        (self.folder / "sub").mkdir()
+        code, _, _ = run("restore", "thin.ppm", "sub/a/b/out.ppm", "--scheme", "ADI", cwd=self.folder)
+        self.assertNotEqual(code, 0)
+        self.assertEqual(os.listdir(self.folder / "sub"), [])
+
+    def test_folder_that_cannot_be_made(self):
+        self.refused("in.ppm/sub/out.ppm: the folder in.ppm/sub can't be made: Not a directory", "in.ppm", "in.ppm/sub/out.ppm", code=4)
 
     @unittest.skipIf(os.geteuid() == 0, "root may write anywhere")
     def test_read_only_folder(self):
@@ -124,7 +136,7 @@ class Files(FolderCase):
     @NEEDS_VIPS
     def test_alpha_where_the_format_has_none(self):
         write_png(self.folder / "a.png", 4, 4, samples(4, 4, 4), 4)
-        hint = "can't hold the transparency of this picture; take PNG, TIFF, WebP or BMP"
+        hint = "can't hold the transparency of this picture; take PNG, TIFF, WebP or BMP, or --alpha drop"
         self.refused(f"out.jpg: JPEG {hint}", "a.png", "out.jpg", code=4)
         self.refused(f"out.ppm: PPM {hint}", "a.png", "out.ppm", code=4)
 

@@ -180,7 +180,7 @@ class Files(SolveCase):
         self.refused("dir.csv: is a folder; name a file in it", "in.ppm", "-o", "dir.csv", "-f")
 
     def test_missing_folder(self):
-        self.refused("sub/out.csv: can't be written: no such folder", "in.ppm", "-o", "sub/out.csv")
+        self.refused("in.ppm/out.csv: can't be written: Not a directory", "in.ppm", "-o", "in.ppm/out.csv")
 
     @unittest.skipIf(os.geteuid() == 0, "root may write anywhere")
     def test_read_only_folder(self):

@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t kFileHeader = 14;
 constexpr std::size_t kInfoHeader = 40;
 constexpr std::size_t kV4Header = 108;
+constexpr std::size_t kLongestHeader = 1024;
 constexpr std::uint32_t kUncompressed = 0;
 constexpr std::uint32_t kBitFields = 3;
 constexpr std::uint32_t kAlphaMask = 0xff000000u;
@@ -59,7 +60,9 @@ std::string masksRefusal(const std::vector<unsigned char>& file, std::size_t hea
     return {};
 }
 
-std::string readLayout(const std::vector<unsigned char>& file, Layout& layout) {
+/// Reads the headers at the start of a file of `fileBytes`.
+std::string readLayout(const std::vector<unsigned char>& file, double fileBytes,
+                       Layout& layout) {
     if (file.size() < kFileHeader + kInfoHeader) {
         return "is cut short";
     }
@@ -69,8 +72,8 @@ std::string readLayout(const std::vector<unsigned char>& file, Layout& layout) {
     layout.width = static_cast<std::int32_t>(little(&file[18], 4));
     layout.topDown = storedHeight < 0;
     layout.bits = static_cast<int>(little(&file[28], 2));
-    if (header < kInfoHeader || layout.width < 1 || storedHeight == 0 ||
-        storedHeight == INT32_MIN) {
+    if (header < kInfoHeader || header > kLongestHeader || layout.width < 1 ||
+        storedHeight == 0 || storedHeight == INT32_MIN) {
         return "is a damaged BMP";
     }
     layout.height = layout.topDown ? -storedHeight : storedHeight;
@@ -95,8 +98,9 @@ std::string readLayout(const std::vector<unsigned char>& file, Layout& layout) {
     layout.palette = kFileHeader + header;
     const std::size_t colours = little(&file[46], 4);
     layout.colours = colours == 0 || colours > 256 ? 256 : colours;
-    const std::size_t room = file.size() < layout.pixels ? 0 : file.size() - layout.pixels;
-    if (room / layout.stride < static_cast<std::size_t>(layout.height) ||
+    const double end =
+        static_cast<double>(layout.pixels) + static_cast<double>(layout.stride) * layout.height;
+    if (end > fileBytes ||
         (layout.bits == 8 && file.size() < layout.palette + layout.colours * 4)) {
         return "is cut short";
     }
@@ -153,9 +157,31 @@ std::vector<unsigned char> encodeHeaders(const Picture& picture, bool grey,
 
 }  // namespace
 
+std::string bmpHeader(const std::vector<unsigned char>& head, double fileBytes,
+                      PictureHeader& header) {
+    Layout layout;
+    std::string refusal = readLayout(head, fileBytes, layout);
+    if (!refusal.empty()) {
+        return refusal;
+    }
+    std::array<std::array<unsigned char, 3>, 256> palette{};
+    bool grey = false;
+    if (layout.bits == 8) {
+        decodePalette(head, layout, palette, grey);
+    }
+    header.width = layout.width;
+    header.height = layout.height;
+    header.colours = grey ? 1 : 3;
+    header.alpha = layout.alpha;
+    header.palette = layout.bits == 8 && !grey;
+    constexpr double kMetresPerInch = 0.0254;
+    header.dotsPerInch = little(&head[38], 4) * kMetresPerInch;
+    return {};
+}
+
 std::string decodeBmp(const std::vector<unsigned char>& file, Picture& picture) {
     Layout layout;
-    std::string refusal = readLayout(file, layout);
+    std::string refusal = readLayout(file, static_cast<double>(file.size()), layout);
     if (!refusal.empty()) {
         return refusal;
     }

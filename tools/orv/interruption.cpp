@@ -5,6 +5,7 @@
 #include <array>
 #include <climits>
 #include <csignal>
+#include <cstddef>
 #include <cstring>
 #include <string_view>
 
@@ -12,8 +13,14 @@ namespace orv::cli {
 
 namespace {
 
-/// The file that a signal has to remove; empty when there is none.
-constinit std::array<char, PATH_MAX> unfinishedFile{};
+/// What a signal has to remove.
+struct Unfinished {
+    std::array<char, PATH_MAX> path;  ///< empty when the place is free
+    bool folder;
+};
+
+/// Files in the making and folders made for them: a few outputs of one run.
+constinit std::array<Unfinished, 24> unfinished{};
 constinit volatile std::sig_atomic_t lineOpen = 0;
 constinit volatile std::sig_atomic_t resultWritten = 0;
 
@@ -26,8 +33,12 @@ void say(std::string_view text) {
 }
 
 extern "C" void tidyUpAndDie(int signal) {
-    if (unfinishedFile[0] != '\0') {
-        unlink(unfinishedFile.data());
+    // Folders were entered before what lies in them.
+    for (std::size_t i = unfinished.size(); i-- > 0;) {
+        if (unfinished[i].path[0] != '\0') {
+            unfinished[i].folder ? rmdir(unfinished[i].path.data())
+                                 : unlink(unfinished[i].path.data());
+        }
     }
     if (lineOpen != 0) {
         say("\n");
@@ -56,13 +67,26 @@ void watchInterruptions() {
     }
 }
 
-bool setUnfinishedFile(const std::string& name) {
-    if (name.size() >= unfinishedFile.size()) {
-        return false;
-    }
+int addUnfinished(const std::string& path, bool folder) {
     const InterruptionPause pause;
-    std::memcpy(unfinishedFile.data(), name.c_str(), name.size() + 1);
-    return true;
+    // Places are given out in rising order, so that what came last goes first.
+    std::size_t place = unfinished.size();
+    while (place > 0 && unfinished[place - 1].path[0] == '\0') {
+        --place;
+    }
+    if (place == unfinished.size() || path.size() >= unfinished[place].path.size()) {
+        return kNotWatched;
+    }
+    std::memcpy(unfinished[place].path.data(), path.c_str(), path.size() + 1);
+    unfinished[place].folder = folder;
+    return static_cast<int>(place);
+}
+
+void dropUnfinished(int place) {
+    if (place != kNotWatched) {
+        const InterruptionPause pause;
+        unfinished[static_cast<std::size_t>(place)].path[0] = '\0';
+    }
 }
 
 void setLineOpen(bool open) {

@@ -6,16 +6,23 @@
 
 namespace orv::cli {
 
-/// Lets SIGINT, SIGTERM and SIGHUP tidy up before they end the process: the unfinished file goes,
+/// Lets SIGINT, SIGTERM and SIGHUP tidy up before they end the process: unfinished files go,
 /// an open line on standard error ends, and SIGINT says that nothing was written.
 ///
 /// A signal that is ignored, as under nohup, stays so.
 void watchInterruptions();
 
-/// Names the file that an interruption has to remove; an empty name means none.
+/// The place of what an interruption won't remove.
+inline constexpr int kNotWatched = -1;
+
+/// Enters a file, or a folder if it is empty by then, that an interruption has to remove. Those
+/// entered last go first.
 ///
-/// Fails:   false when the name is too long to be kept.
-bool setUnfinishedFile(const std::string& name);
+/// Fails:   kNotWatched when all 24 places are taken or the path is too long to be kept.
+int addUnfinished(const std::string& path, bool folder = false);
+
+/// Strikes an entry out by the place that addUnfinished() gave.
+void dropUnfinished(int place);
 
 /// Whether standard error holds a line without its end.
 void setLineOpen(bool open);

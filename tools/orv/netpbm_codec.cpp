@@ -35,37 +35,65 @@ bool readNumber(const std::vector<unsigned char>& file, std::size_t& at, int& va
     return at > first;
 }
 
-}  // namespace
-
-std::string decodeNetpbm(const std::vector<unsigned char>& file, Picture& picture) {
-    std::size_t at = 2;
+/// What the header tells, checked against the size of the file.
+struct Layout {
     int width = 0;
     int height = 0;
     int white = 0;
-    if (!readNumber(file, at, width) || !readNumber(file, at, height) ||
-        !readNumber(file, at, white) || at >= file.size() || !isSpace(file[at]) || width < 1 ||
-        height < 1) {
+    int channels = 0;
+    std::size_t pixels = 0;    // offset of the first row
+    std::size_t rowBytes = 0;  // bytes of a row
+};
+
+std::string readLayout(const std::vector<unsigned char>& file, double fileBytes,
+                       Layout& layout) {
+    std::size_t at = 2;
+    if (!readNumber(file, at, layout.width) || !readNumber(file, at, layout.height) ||
+        !readNumber(file, at, layout.white) || at >= file.size() || !isSpace(file[at]) ||
+        layout.width < 1 || layout.height < 1) {
         return "is a damaged PPM or PGM";
     }
-    ++at;
-    if (white != 255 && white != 65535) {
-        return "has a white of " + std::to_string(white) + "; 255 and 65535 are read";
+    layout.pixels = at + 1;
+    if (layout.white != 255 && layout.white != 65535) {
+        return "has a white of " + std::to_string(layout.white) + "; 255 and 65535 are read";
     }
+    layout.channels = file[1] == '6' ? 3 : 1;
+    layout.rowBytes = static_cast<std::size_t>(layout.width) *
+                      static_cast<std::size_t>(layout.channels) *
+                      (layout.white == 255 ? 1u : 2u);
+    const double end = static_cast<double>(layout.pixels) +
+                       static_cast<double>(layout.rowBytes) * layout.height;
+    return end > fileBytes ? "is cut short" : std::string();
+}
 
-    picture.colours = file[1] == '6' ? 3 : 1;
+}  // namespace
+
+std::string netpbmHeader(const std::vector<unsigned char>& head, double fileBytes,
+                         PictureHeader& header) {
+    Layout layout;
+    std::string refusal = readLayout(head, fileBytes, layout);
+    header.width = layout.width;
+    header.height = layout.height;
+    header.colours = layout.channels;
+    header.depth = layout.white == 255 ? SampleDepth::Bits8 : SampleDepth::Bits16;
+    return refusal;
+}
+
+std::string decodeNetpbm(const std::vector<unsigned char>& file, Picture& picture) {
+    Layout layout;
+    std::string refusal = readLayout(file, static_cast<double>(file.size()), layout);
+    if (!refusal.empty()) {
+        return refusal;
+    }
+    picture.colours = layout.channels;
     picture.alpha = false;
     InterleavedSamples& samples = picture.samples;
-    samples.width = width;
-    samples.height = height;
-    samples.channels = picture.colours;
-    samples.depth = white == 255 ? SampleDepth::Bits8 : SampleDepth::Bits16;
-    const std::size_t rowBytes = static_cast<std::size_t>(width) *
-                                 static_cast<std::size_t>(samples.channels) *
-                                 bytesOf(samples.depth);
-    if ((file.size() - at) / rowBytes < static_cast<std::size_t>(height)) {
-        return "is cut short";
-    }
-    const std::size_t total = rowBytes * static_cast<std::size_t>(height);
+    samples.width = layout.width;
+    samples.height = layout.height;
+    samples.channels = layout.channels;
+    samples.depth = layout.white == 255 ? SampleDepth::Bits8 : SampleDepth::Bits16;
+    const std::size_t at = layout.pixels;
+    const std::size_t total = layout.rowBytes * static_cast<std::size_t>(layout.height);
     samples.bytes.resize(total);
     std::memcpy(samples.bytes.data(), file.data() + at, total);
     for (std::size_t i = 0; samples.depth == SampleDepth::Bits16 && i < total; i += 2) {

@@ -7,6 +7,12 @@
 
 namespace orv::cli {
 
+/// Reads the header of a binary PGM or PPM from the first bytes of a file of `fileBytes`.
+///
+/// Fails:   with a reason without a path; an empty text means success.
+std::string netpbmHeader(const std::vector<unsigned char>& head, double fileBytes,
+                         PictureHeader& header);
+
 /// Decodes a binary PGM (P5) or PPM (P6) of 8 or 16 bits.
 ///
 /// Fails:   with a reason without a path; an empty text means success.

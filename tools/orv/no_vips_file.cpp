@@ -2,9 +2,11 @@
 
 namespace orv::cli {
 
-bool startVips() {
-    return false;
-}
+namespace {
+
+constexpr const char* kMissing = "needs libvips, which this build is without";
+
+}  // namespace
 
 bool haveVips() {
     return false;
@@ -14,12 +16,22 @@ std::string vipsVersion() {
     return {};
 }
 
-std::string readByVips(const std::string& /*path*/, Format /*format*/, Picture& /*picture*/) {
-    return "needs libvips, which this build is without";
+std::string readHeaderByVips(const PictureSource& /*source*/, PictureHeader& /*header*/) {
+    return kMissing;
 }
 
-std::string writeByVips(const std::string& /*path*/, Format /*format*/, Picture& /*picture*/) {
-    return "needs libvips, which this build is without";
+std::string readByVips(const PictureSource& /*source*/, Format /*format*/,
+                       Picture& /*picture*/) {
+    return kMissing;
+}
+
+std::string encodeByVips(const WriteSettings& /*settings*/, Picture& /*picture*/,
+                         std::vector<unsigned char>& /*bytes*/) {
+    return kMissing;
+}
+
+std::string scaleByVips(Picture& /*picture*/, int /*maxSide*/) {
+    return kMissing;
 }
 
 }  // namespace orv::cli

@@ -28,6 +28,23 @@ mode_t usualMode() {
     return 0666 & ~mask;
 }
 
+/// "a/b" of "a/b/c", "/" of "/c", "" of "c".
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    return slash == std::string::npos ? "" : path.substr(0, slash == 0 ? 1 : slash);
+}
+
+bool exists(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0;
+}
+
+std::string writeStream(std::FILE* file, const std::vector<unsigned char>& bytes) {
+    const bool whole = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
+                       std::fflush(file) == 0;
+    return whole ? std::string() : std::strerror(errno);
+}
+
 }  // namespace
 
 OutputFile::~OutputFile() {
@@ -35,13 +52,54 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::remove() {
-    if (temporary_.empty()) {
-        return;
+    const InterruptionPause pause;
+    if (!temporary_.empty()) {
+        unlink(temporary_.c_str());
+        dropUnfinished(place_);
+        temporary_.clear();
+    }
+    for (; !folders_.empty(); folders_.pop_back()) {
+        rmdir(folders_.back().first.c_str());
+        dropUnfinished(folders_.back().second);
+    }
+}
+
+std::string OutputFile::makeFolders() {
+    std::vector<std::string> missing;
+    for (std::string folder = folderOf(target_); !folder.empty() && !exists(folder);
+         folder = folderOf(folder)) {
+        missing.push_back(folder);
+    }
+    for (; !missing.empty(); missing.pop_back()) {
+        const std::string& folder = missing.back();
+        const InterruptionPause pause;
+        // Another run may make the same folder at the same time.
+        if (mkdir(folder.c_str(), 0777) == 0) {
+            folders_.emplace_back(folder, addUnfinished(folder, /*folder=*/true));
+        } else if (errno != EEXIST) {
+            return path_ + ": the folder " + folder + " can't be made: " + std::strerror(errno);
+        }
+    }
+    return {};
+}
+
+std::string OutputFile::makeTemporary(unsigned mode) {
+    const std::size_t slash = target_.find_last_of('/');
+    std::string name =
+        (slash == std::string::npos ? "" : target_.substr(0, slash + 1)) + ".orv-XXXXXX";
+    if (name.size() >= PATH_MAX) {
+        return systemError(path_, ENAMETOOLONG);
     }
     const InterruptionPause pause;
-    unlink(temporary_.c_str());
-    setUnfinishedFile("");
-    temporary_.clear();
+    const int descriptor = mkstemp(name.data());
+    if (descriptor < 0) {
+        return systemError(path_, errno);
+    }
+    fchmod(descriptor, static_cast<mode_t>(mode));
+    close(descriptor);
+    place_ = addUnfinished(name);
+    temporary_ = name;
+    return {};
 }
 
 std::string OutputFile::open(const std::string& path, bool overwrite) {
@@ -67,24 +125,26 @@ std::string OutputFile::open(const std::string& path, bool overwrite) {
         if (realpath(path.c_str(), resolved.data()) != nullptr) {
             target_ = resolved.data();
         }
+    } else if (lstat(path.c_str(), &status) == 0) {
+        return path + ": is a link that leads nowhere; remove it or name another file";
     }
 
-    const std::size_t slash = target_.find_last_of('/');
-    std::string name =
-        (slash == std::string::npos ? "" : target_.substr(0, slash + 1)) + ".orv-XXXXXX";
-    if (name.size() >= PATH_MAX) {
-        return systemError(path, ENAMETOOLONG);
+    // A run that failed may take away the folder that both needed, between the two steps.
+    constexpr int kAttempts = 3;
+    std::string error;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        error = makeFolders();
+        if (error.empty()) {
+            error = makeTemporary(mode);
+        }
+        if (error.empty() || exists(folderOf(target_))) {
+            break;
+        }
     }
-    const InterruptionPause pause;
-    const int descriptor = mkstemp(name.data());
-    if (descriptor < 0) {
-        return systemError(path, errno);
+    if (!error.empty()) {
+        remove();
     }
-    fchmod(descriptor, mode);
-    close(descriptor);
-    setUnfinishedFile(name);
-    temporary_ = name;
-    return {};
+    return error;
 }
 
 std::string OutputFile::commit() {
@@ -94,10 +154,41 @@ std::string OutputFile::commit() {
         remove();
         return error;
     }
-    setUnfinishedFile("");
+    dropUnfinished(place_);
+    for (; !folders_.empty(); folders_.pop_back()) {
+        dropUnfinished(folders_.back().second);
+    }
     setResultWritten();
     temporary_.clear();
     return {};
+}
+
+std::string writeBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
+    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        return std::strerror(errno);
+    }
+    std::string error = writeStream(file, bytes);
+    if (std::fclose(file) != 0 && error.empty()) {
+        error = std::strerror(errno);
+    }
+    return error;
+}
+
+std::string standardOutputRefusal() {
+    return isatty(STDOUT_FILENO) == 0 ? std::string()
+                                      : "standard output: is a terminal, which shows no "
+                                        "pictures; send it to a file or "
+                                        "a pipe, or name a file by -o";
+}
+
+std::string writeStandardOutput(const std::vector<unsigned char>& bytes) {
+    std::string error = standardOutputRefusal();
+    if (error.empty()) {
+        error = writeStream(stdout, bytes);
+        error = error.empty() ? error : "standard output: can't be written: " + error;
+    }
+    return error;
 }
 
 }  // namespace orv::cli

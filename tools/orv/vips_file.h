@@ -1,21 +1,25 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "image_file.h"
 
 namespace orv::cli {
 
-/// Starts libvips: cache off, loaders off that aren't safe on foreign files. Called when first
-/// needed.
+/// readHeader() for PNG, JPEG, TIFF and WebP; the format and the size of the file are known.
 ///
-/// Fails:   false when it can't start.
-bool startVips();
+/// Fails:   with a reason without a name, as do all of these; an empty text means success.
+std::string readHeaderByVips(const PictureSource& source, PictureHeader& header);
 
-/// readPicture for PNG, JPEG, TIFF and WebP.
-std::string readByVips(const std::string& path, Format format, Picture& picture);
+/// readPicture() for PNG, JPEG, TIFF and WebP.
+std::string readByVips(const PictureSource& source, Format format, Picture& picture);
 
-/// writePicture for PNG, JPEG, TIFF and WebP.
-std::string writeByVips(const std::string& path, Format format, Picture& picture);
+/// encodePicture() for PNG, JPEG, TIFF and WebP.
+std::string encodeByVips(const WriteSettings& settings, Picture& picture,
+                         std::vector<unsigned char>& bytes);
+
+/// scaleDown() of a picture that is larger than that.
+std::string scaleByVips(Picture& picture, int maxSide);
 
 }  // namespace orv::cli
