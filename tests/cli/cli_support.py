@@ -13,7 +13,7 @@ ROOT = Path(__file__).resolve().parents[2]
 TOOL = os.environ.get("ORV_TOOL", "orv")
 
 # A run that leaves every sample as it was.
-KEEP = ["--tau", "0", "--sigma", "0", "--steps", "1"]
+KEEP = ["--strength", "0"]
 
 
 def run(*arguments, cwd=None):

@@ -113,13 +113,12 @@ std::string_view trimmed(std::string_view word) {
 }  // namespace
 
 Verb solveVerb() {
-    static const std::vector<Parameter> parameters = makeParameters();
     Verb verb;
     verb.name = "solve";
     verb.summary = "compare the linear solvers on the system of a picture";
     verb.words = "IN";
     verb.groups = {&kSolveOptions, &kReportRunOptions};
-    verb.parameters = parameters;
+    verb.parameters = makeParameters();
     verb.parametersTitle = "System";
     verb.about = kAbout;
     verb.notes = kNotes;

@@ -79,7 +79,7 @@ std::string comparisonRefusal(const std::string& path) {
     }
     if (format.form == ComparisonForm::Sheet) {
         // A sheet is a picture in colour of 8 bits without alpha.
-        return writeRefusal(path, *format.picture, Picture{});
+        return writeRefusal(path, {format.picture, format.ending}, Picture{});
     }
     return {};
 }
@@ -88,7 +88,9 @@ std::string writeComparison(const Comparison& comparison, const std::string& tem
                             const ComparisonFormat& format) {
     if (format.form == ComparisonForm::Sheet) {
         Picture sheet = comparisonSheet(comparison);
-        return writePicture(temporaryPath, *format.picture, sheet, format.ending);
+        WriteSettings settings{format.picture, format.ending};
+        settings.strip = Strip::All;
+        return writePicture(temporaryPath, settings, sheet);
     }
     if (format.form == ComparisonForm::Page) {
         std::string page;

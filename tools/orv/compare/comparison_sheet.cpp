@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "compare/comparison_numbers.h"
-#include "compare/picture_bytes.h"
 #include "compare/shown_picture.h"
 #include "drawing/canvas.h"
 #include "drawing/label.h"
@@ -232,7 +231,7 @@ Picture comparisonSheet(const Comparison& comparison) {
     }
     Picture sheet = canvas.take();
     if (comparison.after.colours == 3) {
-        sheet.metadata = profileAlone(comparison.after.metadata, /*grey=*/false);
+        sheet.metadata = comparison.after.metadata;
     }
     return sheet;
 }

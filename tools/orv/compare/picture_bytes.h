@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,14 +19,10 @@ bool havePhotoCoding();
 /// The type of what encodeForPage() gives, such as "image/png".
 std::string pageType(PageCoding coding);
 
-/// Codes a picture of 8 bits without alpha.
+/// Codes a picture of 8 bits without alpha; of its metadata the colour profile stays.
 ///
 /// Fails:   with a reason; an empty text means success.
-std::string encodeForPage(const Picture& picture, PageCoding coding,
+std::string encodeForPage(Picture picture, PageCoding coding,
                           std::vector<unsigned char>& bytes);
-
-/// The colour profile alone of the metadata of a picture, if it has one that suits grey or
-/// colour samples; else null.
-std::shared_ptr<void> profileAlone(const std::shared_ptr<void>& metadata, bool grey);
 
 }  // namespace orv::cli

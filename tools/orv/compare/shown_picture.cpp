@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <vector>
 
-#include "compare/picture_bytes.h"
 #include "compare/sample_rows.h"
 
 namespace orv::cli {
@@ -101,7 +100,7 @@ Picture shownPicture(const Picture& picture, int reduction) {
         reducer.endRow();
     }
     Picture shown = reducer.take();
-    shown.metadata = profileAlone(picture.metadata, picture.colours == 1);
+    shown.metadata = picture.metadata;
     return shown;
 }
 

@@ -11,7 +11,7 @@ int reductionForSide(const Picture& picture, int side);
 /// The same for at most `pixels` pixels in all.
 int reductionForPixels(const Picture& picture, double pixels);
 
-/// A picture for the eye: 8 bits, no alpha, and of its metadata the colour profile alone.
+/// A picture for the eye: 8 bits, no alpha.
 ///
 /// Shapes:  ceil(width / reduction) x ceil(height / reduction); each sample is the mean of a
 ///          square of the picture, rounded to nearest.

@@ -21,7 +21,7 @@ struct Verb {
     std::string summary;  ///< one line
     std::string words;    ///< what its words stand for: "IN... [OUT]"
     std::vector<const OptionGroup*> groups;
-    std::span<const Parameter> parameters = {};
+    std::vector<Parameter> parameters = {};  ///< those of a method, after its automation
     std::string parametersTitle = "Method";
     const Method* method = nullptr;  ///< null for the verbs that aren't methods
     std::string about = {};          ///< paragraphs under the summary

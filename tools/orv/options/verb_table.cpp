@@ -4,6 +4,7 @@
 #include "commands/commands.h"
 #include "commands/compare_options.h"
 #include "commands/solve_options.h"
+#include "methods/automatic.h"
 #include "methods/method_catalogue.h"
 #include "methods/suggestion.h"
 #include "options/common_options.h"
@@ -36,7 +37,14 @@ Verb methodVerb(const Method& method) {
         verb.groups.push_back(&kSecondOptions);
     }
     verb.groups.insert(verb.groups.end(), {&kFileOptions, &kRecordOptions, &kRunOptions});
-    verb.parameters = method.parameters;
+    if (method.choose != nullptr) {
+        if (!method.automatic) {
+            verb.parameters.push_back(kAutoParameter);
+        }
+        verb.parameters.push_back(kStrengthParameter);
+    }
+    verb.parameters.insert(verb.parameters.end(), method.parameters.begin(),
+                           method.parameters.end());
     verb.method = &method;
     verb.run = methodCommand;
     return verb;

@@ -1,61 +1,45 @@
 #include "pipeline/file_plan.h"
 
-#include <sys/stat.h>
-
+#include <cstddef>
 #include <utility>
 
+#include "input_files.h"
 #include "messages.h"
+#include "output_names.h"
 
 namespace orv::cli {
-
-namespace {
-
-bool isFolder(const std::string& path) {
-    struct stat status {};
-    return (!path.empty() && path.back() == '/') ||
-           (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
-}
-
-std::string nameOf(const std::string& path) {
-    return path.substr(path.find_last_of('/') + 1);
-}
-
-/// "a/NAME.SUFFIX.EXT" for "a/NAME.EXT".
-std::string beside(const std::string& input, std::string_view suffix,
-                   const std::string& format) {
-    const std::size_t name = input.find_last_of('/') + 1;
-    const std::size_t dot = input.find_last_of('.');
-    const bool dotted = dot != std::string::npos && dot > name;
-    const std::string stem = dotted ? input.substr(0, dot) : input;
-    const std::string ending = !format.empty() ? "." + format
-                               : dotted        ? input.substr(dot)
-                                               : std::string(".png");
-    return stem + "." + std::string(suffix) + ending;
-}
-
-}  // namespace
 
 Failure planFiles(const Verb& verb, const Words& words, const CommandLine& line,
                   const JobOptions& options, std::string_view suffix, FilePlan& plan) {
     if (words.empty()) {
         return {ExitCode::Usage, missingWord(verb, "the picture to read")};
     }
-    std::vector<std::string> inputs = words;
-    std::string output = line.text("output");
-    if (output.empty() && inputs.size() == 2) {
-        output = inputs.back();
-        inputs.pop_back();
+    Words named = words;
+    OutputOrder order;
+    order.output = line.text("output");
+    order.suffix = suffix;
+    order.verb = verb.name;
+    order.ending = options.format.empty() ? std::string() : "." + options.format;
+    if (order.output.empty() && named.size() == 2) {
+        order.output = named.back();
+        named.pop_back();
     }
-    const bool folder = !output.empty() && (inputs.size() > 1 || isFolder(output));
-    int number = 0;
-    for (const std::string& input : inputs) {
-        JobFiles files{input, output, ++number, static_cast<int>(inputs.size())};
-        if (output.empty()) {
-            files.output = beside(input, suffix, options.format);
-        } else if (folder) {
-            files.output = output + (output.back() == '/' ? "" : "/") + nameOf(input);
-        }
-        plan.files.push_back(std::move(files));
+    InputSettings settings;
+    settings.suffixes = {std::string(suffix)};
+    std::vector<InputFile> inputs;
+    std::string error = expandInputs(named, settings, inputs, plan.notes);
+    if (!error.empty()) {
+        return {ExitCode::Input, std::move(error)};
+    }
+    order.intoFolder = !order.output.empty() && (named.size() > 1 || inputs.size() > 1);
+    std::vector<std::string> outputs;
+    error = planOutputs(inputs, order, outputs);
+    if (!error.empty()) {
+        return {ExitCode::Output, std::move(error)};
+    }
+    const auto count = static_cast<int>(inputs.size());
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        plan.files.push_back({inputs[i].path, outputs[i], static_cast<int>(i) + 1, count});
     }
     return {};
 }

@@ -1,44 +1,18 @@
 #include "pipeline/job.h"
 
-#include <sys/stat.h>
-
-#include <cstdio>
+#include <cstddef>
 #include <utility>
 
 #include "interruption.h"
 #include "messages.h"
-#include "output_file.h"
-#include "pipeline/job_options.h"
+#include "pipeline/job_records.h"
+#include "pipeline/job_target.h"
 #include "pipeline/step_runner.h"
 #include "progress_bar.h"
-#include "recipe/pixel_hash.h"
 
 namespace orv::cli {
 
 namespace {
-
-std::string unknownFormat(const std::string& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
-        return path + ": is a folder; name a file in it";
-    }
-    return path + ": the ending names no format that orv writes (" + writableExtensions() + ")";
-}
-
-std::string resultLine(const std::string& path, const Picture& picture, double seconds) {
-    struct stat status {};
-    const double bytes =
-        stat(path.c_str(), &status) == 0 ? static_cast<double>(status.st_size) : 0.0;
-    const InterleavedSamples& samples = picture.samples;
-    std::string text = path + ": " + std::to_string(samples.width) + " x " +
-                       std::to_string(samples.height) + " pixels, ";
-    text += samples.depth == SampleDepth::Float
-                ? "float "
-                : std::to_string(8 * bytesOf(samples.depth)) + "-bit ";
-    text += picture.colours == 1 ? "grey" : "colour";
-    text += picture.alpha ? " with alpha" : "";
-    return text + ", " + sizeText(bytes) + ", in " + durationText(seconds) + "\n";
-}
 
 /// What opens the lines of progress: "restore", "restore, shock (3 of 10)".
 std::string labelOf(const std::vector<Step>& steps, const JobFiles& files) {
@@ -60,11 +34,12 @@ class Job {
         : steps_(steps),
           options_(options),
           files_(files),
-          bar_(labelOf(steps, files), options.quiet ? ProgressStyle::None : options.progress) {}
+          bar_(labelOf(steps, files), options.quiet ? ProgressStyle::None : options.progress),
+          target_(files, options),
+          records_(files, options) {}
 
     ExitCode run() {
-        for (const auto stage :
-             {&Job::choose, &Job::read, &Job::open, &Job::work, &Job::write}) {
+        for (const auto stage : {&Job::look, &Job::open, &Job::read, &Job::work, &Job::write}) {
             const Failure failure = (this->*stage)();
             if (failure) {
                 bar_.clear();
@@ -73,55 +48,66 @@ class Job {
         }
         bar_.finish();
         tell();
-        return ExitCode::Done;
+        return records_.differs() ? fail(ExitCode::Refused, records_.verdict())
+                                  : ExitCode::Done;
     }
 
   private:
-    Failure choose() {
-        format_ = formatOfName(options_.format.empty() ? files_.output : "." + options_.format);
-        return format_ != nullptr ? Failure{}
-                                  : Failure{ExitCode::Output, unknownFormat(files_.output)};
+    /// Everything that can be refused before the samples are read.
+    Failure look() {
+        std::string error = openSource(files_.input, source_);
+        if (error.empty()) {
+            error = readHeader(source_, header_);
+        }
+        if (error.empty() && !header_.refusal.empty()) {
+            error = source_.name + ": " + header_.refusal;
+        }
+        return error.empty() ? target_.choose(header_)
+                             : Failure{ExitCode::Input, std::move(error)};
+    }
+
+    Failure open() {
+        Failure failure = records_.open();
+        return failure ? failure : target_.open();
     }
 
     Failure read() {
         bar_.phase("reading", files_.input);
-        std::string error = readPicture(files_.input, picture_);
+        std::string error = readPicture(source_, picture_);
+        source_ = {};
         if (!error.empty()) {
             return {ExitCode::Input, std::move(error)};
         }
-        facts_ = pictureFacts(files_.input, picture_.samples);
-        return {};
-    }
-
-    Failure open() {
-        std::string error = writeRefusal(files_.output, *format_, picture_);
-        if (error.empty()) {
-            error = output_.open(files_.output, options_.force);
+        records_.takeInput(picture_);
+        if (options_.maxSide > 0) {
+            error = scaleDown(picture_, options_.maxSide);
         }
         if (!error.empty()) {
-            return {ExitCode::Output, std::move(error)};
+            return {ExitCode::Refused, "--max-side: " + error};
         }
-        if (picture_.samples.depth == SampleDepth::Bits16 &&
-            format_->deepest == SampleDepth::Bits8) {
-            picture_.warnings.push_back(files_.output + ": " + std::string(format_->name) +
-                                        " holds 8 bits a sample; the picture's 16 are rounded");
+        if (options_.alpha == AlphaMode::Drop) {
+            dropAlpha(picture_);
         }
-        return {};
+        records_.takeBefore(picture_);
+        return target_.check(picture_);
     }
 
     Failure work() {
-        return runSteps(steps_, options_.alpha, format_->deepest, picture_, bar_);
+        return runSteps(steps_, options_.alpha, target_.settings().format->deepest, picture_,
+                        bar_);
     }
 
+    /// The picture comes last: it never stands without its recipe.
     Failure write() {
-        const std::string ending = files_.output.substr(files_.output.find_last_of('.'));
         bar_.phase("writing", files_.output);
-        std::string error = writePicture(output_.temporaryPath(), *format_, picture_, ending);
-        if (!error.empty()) {
-            return {ExitCode::Output, files_.output + ": can't be written: " + error};
+        Failure failure = records_.write(steps_, picture_);
+        if (!failure) {
+            failure = target_.write(picture_);
         }
-        error = output_.commit();
-        return error.empty() ? Failure{} : Failure{ExitCode::Output, std::move(error)};
+        if (!failure) {
+            failure = records_.commit();
+        }
+        return failure ? failure : target_.commit();
     }
 
     void tell() const {
@@ -131,17 +117,24 @@ class Job {
         for (const std::string& warning : picture_.warnings) {
             warn(warning);
         }
-        print(resultLine(files_.output, picture_, bar_.seconds()));
+        if (files_.output == "-") {
+            return;
+        }
+        print(automaticLine(steps_, files_) + target_.resultLine(picture_, bar_.seconds()));
+        if (!records_.verdict().empty() && !records_.differs()) {
+            print(records_.verdict() + "\n");
+        }
     }
 
-    const std::vector<Step>& steps_;
+    std::vector<Step> steps_;  // with what was chosen for this picture
     const JobOptions& options_;
     const JobFiles& files_;
     ProgressBar bar_;
-    const FormatEntry* format_ = nullptr;
+    PictureSource source_;
+    PictureHeader header_;
     Picture picture_;
-    PictureFacts facts_;
-    OutputFile output_;
+    JobTarget target_;
+    JobRecords records_;
 };
 
 }  // namespace

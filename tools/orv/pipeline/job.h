@@ -7,6 +7,7 @@
 #include "exit_code.h"
 #include "image_file.h"
 #include "methods/arguments.h"
+#include "methods/automatic.h"
 #include "methods/method.h"
 #include "progress_style.h"
 #include "recipe/recipe.h"
@@ -18,6 +19,12 @@ struct Step {
     const Method* method = nullptr;
     Arguments arguments;
     std::string second;  ///< file of the second picture, for methods that take two
+    /// Whether the parameters that aren't given are chosen for each picture.
+    bool automatic = false;
+    /// What to choose by, 0 to 100; by the noise of the picture when there is none.
+    std::optional<double> strength = {};
+    /// What was measured and chosen, once that is done.
+    std::optional<AutomaticChoice> choice = {};
 };
 
 /// What becomes of the transparency.
@@ -26,8 +33,8 @@ enum class AlphaMode { Keep, Restore, Drop };
 /// What holds for all pictures of one command.
 struct JobOptions {
     std::string format;  ///< as --format has it; empty: by the ending of the output
-    int quality = 92;    ///< of JPEG and WebP, 1 to 100
-    std::string strip;   ///< "all", "gps", "exif" or empty
+    int quality = WriteSettings::kUsualQuality;  ///< of JPEG and WebP, 1 to 100
+    Strip strip = Strip::None;
     AlphaMode alpha = AlphaMode::Keep;
     int maxSide = 0;     ///< pixels; 0: as it is
     std::string memory;  ///< as --max-memory has it; empty: three quarters of what is free

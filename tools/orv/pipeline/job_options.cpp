@@ -72,7 +72,7 @@ std::string setOption(std::string_view name, const std::string& text, JobOptions
     if (name != "format" && name != "strip" && name != "alpha") {
         return {};
     }
-    std::string error = name == "format" && formatOfName("." + text) != nullptr
+    std::string error = name == "format" && formatOfWord(text) != nullptr
                             ? std::string()
                             : checkWord(name, text);
     if (!error.empty()) {
@@ -81,7 +81,7 @@ std::string setOption(std::string_view name, const std::string& text, JobOptions
     if (name == "format") {
         options.format = text;
     } else if (name == "strip") {
-        options.strip = text;
+        stripOfWord(text, options.strip);
     } else {
         options.alpha = text == "drop"      ? AlphaMode::Drop
                         : text == "restore" ? AlphaMode::Restore

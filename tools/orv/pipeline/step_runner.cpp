@@ -20,8 +20,12 @@ Failure readSecond(const std::string& path, Planes& planes) {
     return {};
 }
 
-Failure runStep(const Step& step, Planes& planes, const Progress& progress) {
+Failure runStep(Step& step, Planes& planes, const Progress& progress) {
     const Method& method = *step.method;
+    if (step.automatic) {
+        step.choice = chooseAutomatically(method, planes, step.strength, step.arguments);
+        step.automatic = false;
+    }
     MethodResult result;
     if (method.secondPicture.empty()) {
         result = method.run(std::move(planes), step.arguments, progress);
@@ -43,8 +47,8 @@ Failure runStep(const Step& step, Planes& planes, const Progress& progress) {
 
 /// Runs all steps that take one picture, or all steps at all, as the part from `from` to `to`
 /// of the work.
-Failure runChain(const std::vector<Step>& steps, bool all, double from, double to,
-                 Planes& planes, ProgressBar& bar) {
+Failure runChain(std::vector<Step>& steps, bool all, double from, double to, Planes& planes,
+                 ProgressBar& bar) {
     for (std::size_t i = 0; i < steps.size(); ++i) {
         if (!all && !steps[i].method->secondPicture.empty()) {
             continue;
@@ -65,7 +69,7 @@ Failure runChain(const std::vector<Step>& steps, bool all, double from, double t
 
 }  // namespace
 
-Failure runSteps(const std::vector<Step>& steps, AlphaMode alpha, SampleDepth deepest,
+Failure runSteps(std::vector<Step>& steps, AlphaMode alpha, SampleDepth deepest,
                  Picture& picture, ProgressBar& bar) {
     const bool withAlpha = picture.alpha && alpha == AlphaMode::Restore;
     const double colourShare = withAlpha ? picture.colours / (picture.colours + 1.0) : 1.0;

@@ -18,12 +18,13 @@ struct Failure {
 
 /// Runs the steps on a picture, one after another, and puts the result in its place.
 ///
-/// Between the steps the samples stay floats: they are rounded once, at the end, to the depth
+/// A step that is automatic chooses its open parameters by the planes that reach it, and keeps
+/// the choice. Between the steps the samples stay floats: they are rounded once, at the end, to the depth
 /// of the picture or to `deepest`, whichever is less.
 ///
 /// Fails:   with Input where a second picture can't be read, with Refused where a method says
 ///          no; the picture is then half done.
-Failure runSteps(const std::vector<Step>& steps, AlphaMode alpha, SampleDepth deepest,
+Failure runSteps(std::vector<Step>& steps, AlphaMode alpha, SampleDepth deepest,
                  Picture& picture, ProgressBar& bar);
 
 }  // namespace orv::cli
