@@ -150,6 +150,12 @@ std::string encodePicture(const WriteSettings& settings, Picture& picture,
     if (settings.format->needsVips) {
         return encodeByVips(settings, picture, bytes);
     }
+    const std::string profile = profileOf(picture);
+    if (!profile.empty() && profile.find("sRGB") == std::string::npos) {
+        picture.warnings.push_back(std::string(settings.format->name) +
+                                   " holds no colour profile; that of the picture (" + profile +
+                                   ") is left out");
+    }
     const bool asColour = picture.colours == 3 || sameWord(settings.ending, ".ppm");
     bytes = settings.format->format == Format::Bmp ? encodeBmp(picture)
                                                    : encodeNetpbm(picture, asColour);

@@ -25,6 +25,10 @@ std::string readByVips(const PictureSource& /*source*/, Format /*format*/,
     return kMissing;
 }
 
+std::string profileOf(const Picture& /*picture*/) {
+    return {};
+}
+
 std::string encodeByVips(const WriteSettings& /*settings*/, Picture& /*picture*/,
                          std::vector<unsigned char>& /*bytes*/) {
     return kMissing;

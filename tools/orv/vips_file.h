@@ -19,6 +19,9 @@ std::string readByVips(const PictureSource& source, Format format, Picture& pict
 std::string encodeByVips(const WriteSettings& settings, Picture& picture,
                          std::vector<unsigned char>& bytes);
 
+/// What the colour profile of a picture calls itself, empty when there is none.
+std::string profileOf(const Picture& picture);
+
 /// scaleDown() of a picture that is larger than that.
 std::string scaleByVips(Picture& picture, int maxSide);
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "exif_block.h"
 #include "icc_profile.h"
 #include "vips_support.h"
 
@@ -26,18 +27,16 @@ std::string lower(std::string_view text) {
 }
 
 bool isKept(std::string_view field) {
-    for (const std::string_view start :
-         {std::string_view(VIPS_META_ICC_NAME), std::string_view(VIPS_META_EXIF_NAME),
-          std::string_view(VIPS_META_XMP_NAME), std::string_view(VIPS_META_IPTC_NAME),
-          std::string_view(VIPS_META_PHOTOSHOP_NAME),
+    for (const std::string_view name :
+         {std::string_view(VIPS_META_ICC_NAME), std::string_view(VIPS_META_XMP_NAME),
+          std::string_view(VIPS_META_IPTC_NAME), std::string_view(VIPS_META_PHOTOSHOP_NAME),
           std::string_view(VIPS_META_IMAGEDESCRIPTION),
-          std::string_view(VIPS_META_RESOLUTION_UNIT), std::string_view("exif-ifd"),
-          kComment}) {
-        if (startsWith(field, start)) {
+          std::string_view(VIPS_META_RESOLUTION_UNIT)}) {
+        if (field == name) {
             return true;
         }
     }
-    return false;
+    return startsWith(field, kComment);
 }
 
 /// The bytes of a field, empty when it holds none.
@@ -82,20 +81,30 @@ bool isStripped(std::string_view field, const GValue* value, Strip strip) {
         case Strip::None:
             return false;
         case Strip::Gps:
-            if (startsWith(field, "exif-ifd3-")) {
-                return true;
-            }
             return (comment && isRawProfile(field)) ||
-                   (!startsWith(field, "exif-") && !startsWith(field, VIPS_META_ICC_NAME) &&
-                    tellsPlace(bytesOfField(value)));
+                   (field != VIPS_META_ICC_NAME && tellsPlace(bytesOfField(value)));
         case Strip::Exif:
-            return startsWith(field, "exif-") || field == VIPS_META_XMP_NAME ||
-                   field == VIPS_META_IPTC_NAME || field == VIPS_META_PHOTOSHOP_NAME ||
-                   (comment && isRawProfile(field));
+            return field == VIPS_META_XMP_NAME || field == VIPS_META_IPTC_NAME ||
+                   field == VIPS_META_PHOTOSHOP_NAME || (comment && isRawProfile(field));
         case Strip::All:
             break;
     }
     return field != VIPS_META_ICC_NAME && field != VIPS_META_RESOLUTION_UNIT;
+}
+
+/// XMP with its orientation, if it tells one, set to upright; all else stays in its place.
+std::string uprightXmp(std::string_view packet) {
+    std::string text(packet);
+    for (const std::string_view mark :
+         {std::string_view("tiff:Orientation=\""), std::string_view("tiff:Orientation='"),
+          std::string_view("tiff:Orientation>")}) {
+        const std::size_t at = text.find(mark);
+        if (at != std::string::npos && at + mark.size() < text.size() &&
+            std::isdigit(static_cast<unsigned char>(text[at + mark.size()])) != 0) {
+            text[at + mark.size()] = '1';
+        }
+    }
+    return text;
 }
 
 struct Copying {
@@ -107,6 +116,10 @@ void* copyField(VipsImage* /*from*/, const char* field, GValue* value, void* dat
     const auto* const copying = static_cast<const Copying*>(data);
     if (isKept(field) && !isStripped(field, value, copying->strip)) {
         vips_image_set(copying->to, field, value);
+        if (std::string_view(field) == VIPS_META_XMP_NAME) {
+            const std::string packet = uprightXmp(bytesOfField(value));
+            vips_image_set_blob_copy(copying->to, field, packet.data(), packet.size());
+        }
     }
     return nullptr;
 }
@@ -142,7 +155,18 @@ std::shared_ptr<void> metadataOf(VipsImage* image) {
         return nullptr;
     }
     copyMetadata(image, holder, Strip::None);
+    setExif(holder, exifOf(image));
     return {holder, [](void* object) { g_object_unref(object); }};
+}
+
+std::string_view exifOf(VipsImage* image) {
+    return blob(image, VIPS_META_EXIF_NAME);
+}
+
+void setExif(VipsImage* image, std::string_view block) {
+    if (!block.empty()) {
+        vips_image_set_blob_copy(image, VIPS_META_EXIF_NAME, block.data(), block.size());
+    }
 }
 
 bool profileFits(VipsImage* image, bool grey) {
@@ -155,8 +179,12 @@ bool profileFits(VipsImage* image, bool grey) {
            vips_icc_is_compatible_profile(image, profile.data(), profile.size()) != 0;
 }
 
+std::string profileNameOf(VipsImage* image) {
+    return profileName(blob(image, VIPS_META_ICC_NAME));
+}
+
 void describeMetadata(VipsImage* image, PictureHeader& header) {
-    header.profile = profileName(blob(image, VIPS_META_ICC_NAME));
+    header.profile = profileNameOf(image);
     header.exif = hasField(image, VIPS_META_EXIF_NAME);
     header.gps =
         tellsPlace(blob(image, VIPS_META_XMP_NAME)) || hasField(image, "exif-ifd3-GPSLatitude");

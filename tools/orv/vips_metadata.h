@@ -3,6 +3,8 @@
 #include <vips/vips.h>
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "image_file.h"
 
@@ -14,10 +16,21 @@ namespace orv::cli {
 std::shared_ptr<void> metadataOf(VipsImage* image);
 
 /// Copies the metadata that are kept, resolution included, less what is to be left out.
+///
+/// EXIF goes its own way: see exifOf().
 void copyMetadata(VipsImage* from, VipsImage* to, Strip strip);
+
+/// The EXIF block among the metadata, empty when there is none.
+std::string_view exifOf(VipsImage* image);
+
+/// Enters an EXIF block that libvips didn't read.
+void setExif(VipsImage* image, std::string_view block);
 
 /// Whether the colour profile, if there is one, describes samples as they will be stored.
 bool profileFits(VipsImage* image, bool grey);
+
+/// What the colour profile calls itself, empty when there is none.
+std::string profileNameOf(VipsImage* image);
 
 /// Fills in what the metadata tell of a picture.
 void describeMetadata(VipsImage* image, PictureHeader& header);

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "exif_block.h"
+#include "exif_container.h"
 #include "vips_metadata.h"
 #include "vips_support.h"
 
@@ -178,7 +180,15 @@ std::string openAsRgb(const PictureSource& source, Format format, VipsPicture& i
     }
     cmyk = isCmyk(image.get());
     image = withoutCmyk(std::move(image));
-    return image == nullptr ? vipsDamage() : std::string();
+    if (image == nullptr) {
+        return vipsDamage();
+    }
+    if (format == Format::Png) {
+        const std::string block = exifOfPng(source);
+        setExif(image.get(), block);
+        vips_image_set_int(image.get(), VIPS_META_ORIENTATION, exifFacts(block).orientation);
+    }
+    return {};
 }
 
 }  // namespace

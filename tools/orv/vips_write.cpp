@@ -1,5 +1,7 @@
 #include <cstddef>
 
+#include "exif_block.h"
+#include "exif_container.h"
 #include "vips_file.h"
 #include "vips_metadata.h"
 #include "vips_support.h"
@@ -68,11 +70,37 @@ std::string saveToMemory(VipsImage* image, const WriteSettings& settings, Sample
     return {};
 }
 
+/// Puts the EXIF block of the picture into its file, or leaves none there.
+void finishExif(const WriteSettings& settings, Picture& picture,
+                std::vector<unsigned char>& bytes) {
+    std::string block;
+    const bool kept = settings.strip == Strip::None || settings.strip == Strip::Gps;
+    if (kept && picture.metadata != nullptr) {
+        const std::string_view before = exifOf(static_cast<VipsImage*>(picture.metadata.get()));
+        block = exifForResult(before, picture.samples.width, picture.samples.height,
+                              settings.strip == Strip::Gps);
+        if (block.empty() && !before.empty()) {
+            picture.warnings.emplace_back("the EXIF block is damaged and is left out");
+        }
+    }
+    if (!putExif(settings.format->format, block, picture, bytes)) {
+        picture.warnings.emplace_back(settings.format->format == Format::Tiff
+                                          ? "orv writes no EXIF into TIFF; it is left out"
+                                          : "the EXIF block is too large and is left out");
+    }
+}
+
 }  // namespace
+
+std::string profileOf(const Picture& picture) {
+    return picture.metadata == nullptr
+               ? std::string()
+               : profileNameOf(static_cast<VipsImage*>(picture.metadata.get()));
+}
 
 std::string encodeByVips(const WriteSettings& settings, Picture& picture,
                          std::vector<unsigned char>& bytes) {
-    const std::string error = startVips();
+    std::string error = startVips();
     if (!error.empty()) {
         return error;
     }
@@ -85,7 +113,7 @@ std::string encodeByVips(const WriteSettings& settings, Picture& picture,
     const VipsPicture image(copy);
     if (picture.metadata != nullptr) {
         copyMetadata(static_cast<VipsImage*>(picture.metadata.get()), copy, settings.strip);
-        // The samples are upright; the EXIF block is brought in line when it is written.
+        // The samples are upright.
         vips_image_set_int(copy, VIPS_META_ORIENTATION, 1);
     }
     // WebP turns grey into RGB.
@@ -94,7 +122,11 @@ std::string encodeByVips(const WriteSettings& settings, Picture& picture,
         picture.warnings.emplace_back(
             "the colour profile doesn't fit the result and is left out");
     }
-    return saveToMemory(copy, settings, picture.samples.depth, bytes);
+    error = saveToMemory(copy, settings, picture.samples.depth, bytes);
+    if (error.empty()) {
+        finishExif(settings, picture, bytes);
+    }
+    return error;
 }
 
 }  // namespace orv::cli
