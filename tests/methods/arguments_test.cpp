@@ -6,6 +6,7 @@
 
 #include "methods/method_catalogue.h"
 #include "methods/restore_method.h"
+#include "operators/diffusion/flow_table.h"
 
 namespace orv {
 namespace {
@@ -56,6 +57,37 @@ TEST(Arguments, TellChoicesByNumberAndByName) {
     EXPECT_EQ(arguments.choiceName("solver"), "GMRES*-CBB");
     EXPECT_EQ(arguments.choiceName("tau"), "");
     EXPECT_FALSE(arguments.flag("substeps"));
+}
+
+TEST(Arguments, ChooseOnlyWhatIsOpen) {
+    Arguments arguments(kRestoreMethod.parameters);
+    ASSERT_EQ(arguments.set("tau", "2"), "");
+
+    arguments.choose("tau", 5.0);
+    arguments.choose("sigma", 0.123456);
+    arguments.choose("contrast", 1e9);
+    arguments.choose("nothing", 1.0);
+
+    EXPECT_TRUE(arguments.isGiven("tau"));
+    EXPECT_FALSE(arguments.isGiven("sigma"));
+    EXPECT_FALSE(arguments.isGiven("nothing"));
+    EXPECT_EQ(arguments.real("tau"), 2.0);
+    EXPECT_EQ(arguments.real("sigma"), 0.123);
+    EXPECT_EQ(arguments.real("contrast"), 1000.0);
+}
+
+TEST(Arguments, ShowWhatWasGivenOrChosenAsACommand) {
+    Arguments arguments(kRestoreMethod.parameters);
+    EXPECT_EQ(arguments.commandText(), "");
+    ASSERT_EQ(arguments.set("steps", "3"), "");
+    ASSERT_EQ(arguments.set("substeps", "on"), "");
+    ASSERT_EQ(arguments.set("solver", "7"), "");
+
+    arguments.choose("tau", 1.0 / 3.0);
+    arguments.choose("flow", kFlowVariational);
+
+    EXPECT_EQ(arguments.commandText(),
+              " --flow VAR --solver CG --tau 0.333 --substeps --steps 3");
 }
 
 }  // namespace
