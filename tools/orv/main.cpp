@@ -7,6 +7,7 @@
 
 #include "help_text.h"
 #include "image_file.h"
+#include "memory/memory_limit.h"
 #include "messages.h"
 #include "options/verb.h"
 #include "shell_text.h"
@@ -72,6 +73,7 @@ ExitCode dispatch(const Words& all) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    orv::cli::returnFreedMemory();
     ExitCode code = ExitCode::Refused;
     try {
         code = dispatch(Words(argv + 1, argv + argc));

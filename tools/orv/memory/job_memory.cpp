@@ -1,0 +1,112 @@
+#include "memory/job_memory.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "methods/memory_need.h"
+
+namespace orv::cli {
+
+namespace {
+
+/// The program with its libraries, started.
+constexpr double kProgramBytes = 26.0e6;
+/// What decoders of whole pictures hold beside the samples, bytes a pixel and channel.
+constexpr double kDecoderBytes = 2.5;
+/// Bytes of a sample of a plane.
+constexpr double kFloat = 4.0;
+
+double pixelsOf(const PictureSize& picture) {
+    return static_cast<double>(picture.width) * picture.height;
+}
+
+double sampleBytes(const PictureSize& picture) {
+    return pixelsOf(picture) * picture.channels * static_cast<double>(bytesOf(picture.depth));
+}
+
+/// The samples come in a block of the decoder and are copied; a turned picture is copied again.
+double readingBytes(const PictureSize& picture) {
+    return picture.fileBytes + kDecoderBytes * picture.channels * pixelsOf(picture) +
+           (picture.turned ? 3.0 : 2.0) * sampleBytes(picture);
+}
+
+PictureSize scaledTo(const PictureSize& picture, int maxSide) {
+    const int longer = std::max(picture.width, picture.height);
+    if (maxSide <= 0 || maxSide >= longer) {
+        return picture;
+    }
+    const double factor = static_cast<double>(maxSide) / longer;
+    PictureSize scaled = picture;
+    scaled.width = std::max(1, static_cast<int>(std::lround(picture.width * factor)));
+    scaled.height = std::max(1, static_cast<int>(std::lround(picture.height * factor)));
+    return scaled;
+}
+
+/// The peak of a step with the planes that come in and go out.
+double stepBytes(const Step& step, const PictureSize& picture, const PictureSize& second,
+                 int planes) {
+    double bytes =
+        peakBytes(*step.method, step.arguments, {picture.width, picture.height, planes},
+                  {second.width, second.height, second.colours});
+    if (!step.method->secondPicture.empty()) {
+        const double held = kFloat * planes * pixelsOf(picture);
+        const double planesOfSecond = kFloat * second.channels * pixelsOf(second);
+        bytes = std::max(
+            {bytes, held + readingBytes(second), held + sampleBytes(second) + planesOfSecond});
+    }
+    return bytes;
+}
+
+}  // namespace
+
+PictureSize sizeOf(const PictureHeader& header) {
+    return {header.width, header.height,    header.channels,       header.colours,
+            header.depth, header.fileBytes, header.orientation > 1};
+}
+
+double jobBytes(const std::vector<Step>& steps, const PictureSize& picture,
+                const PictureSize& second, AlphaMode alpha, int maxSide) {
+    const PictureSize worked = scaledTo(picture, maxSide);
+    const double pixels = pixelsOf(worked);
+    const double samples = sampleBytes(worked);
+    const bool withAlpha = picture.channels > picture.colours && alpha == AlphaMode::Restore;
+    int planes = picture.colours;
+    double work = kFloat * picture.channels * pixels;
+    for (const Step& step : steps) {
+        work = std::max(work, stepBytes(step, worked, second, planes));
+        planes = step.method->secondPicture.empty() ? planes : 3;
+    }
+    work += withAlpha ? kFloat * pixels : 0.0;
+    // Where number or depth of the channels change, the result stands beside the source.
+    const double result =
+        kFloat * planes * pixels + samples * (planes > picture.colours ? 3.0 : 1.0);
+    const double scaling = pixels < pixelsOf(picture) ? sampleBytes(picture) : 0.0;
+    return kProgramBytes + std::max({readingBytes(picture), scaling + 2.0 * samples,
+                                     samples + work, samples + result});
+}
+
+double methodJobBytes(const Method& method, const PictureSize& picture) {
+    const std::vector<Step> steps{{&method, Arguments(method.parameters), {}}};
+    return jobBytes(steps, picture, picture, AlphaMode::Keep);
+}
+
+int largestSide(const std::vector<Step>& steps, const PictureSize& picture,
+                const PictureSize& second, AlphaMode alpha, double limit) {
+    const int longer = std::max(picture.width, picture.height);
+    const auto fits = [&](int side) {
+        return jobBytes(steps, picture, second, alpha, side) <= limit;
+    };
+    int low = 0;
+    int high = longer;
+    while (low < high) {
+        const int middle = low + (high - low + 1) / 2;
+        if (fits(middle)) {
+            low = middle;
+        } else {
+            high = middle - 1;
+        }
+    }
+    return low;
+}
+
+}  // namespace orv::cli
