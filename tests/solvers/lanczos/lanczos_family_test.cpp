@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <utility>
 
@@ -36,6 +37,11 @@ struct Member {
     int products;
     bool keepsNan;
 };
+
+// The name that a failure shows.
+void PrintTo(const Member& member, std::ostream* stream) {
+    *stream << member.name;
+}
 
 class LanczosFamily : public testing::TestWithParam<Member> {
   protected:

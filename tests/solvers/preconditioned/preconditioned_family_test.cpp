@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,6 +45,11 @@ struct Method {
     Transcription transcribe;
     Domain domain;
 };
+
+// The name that a failure shows.
+void PrintTo(const Method& method, std::ostream* stream) {
+    *stream << method.name;
+}
 
 template <class Solver, bool... kSgs>
 std::unique_ptr<PreconditionedSolver> make(int maxIter, double tol) {
