@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <Eigen/Cholesky>
 #include <cmath>
 #include <initializer_list>
 #include <vector>
 
 #include "solvers/gradient/cgs_ls_solver.h"
+#include "support/direct_solution.h"
 #include "support/gradient_support.h"
 
 namespace orv {
@@ -23,6 +23,7 @@ using test::product;
 using test::residual;
 using test::residualNorm;
 using test::sameVectorBits;
+using test::shiftedSolution;
 using test::Solved;
 using test::start;
 using test::transposedProduct;
@@ -58,19 +59,6 @@ Solved plainShifted(const Matrix& A, const RealVector& b, RealVector u, int maxI
         p.ScaleAdd(static_cast<float>(beta), s);
     }
     return {u, false};
-}
-
-/// The solution of (A^T A + shift I) u = A^T b in double.
-std::vector<double> shiftedSolution(const Matrix& A, const RealVector& b, double shift) {
-    const Eigen::MatrixXd dense = Eigen::MatrixXd(test::eigenMatrix(A));
-    Eigen::VectorXd rhs(b.size());
-    for (int i = 0; i < b.size(); ++i) {
-        rhs[i] = double{b[i]};
-    }
-    Eigen::MatrixXd normal = dense.transpose() * dense;
-    normal.diagonal().array() += shift;
-    const Eigen::VectorXd u = normal.ldlt().solve(dense.transpose() * rhs);
-    return {u.data(), u.data() + u.size()};
 }
 
 TEST(CgsLsShiftedSolver, FollowsItsRecurrenceToTheBit) {
