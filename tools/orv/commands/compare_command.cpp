@@ -37,16 +37,12 @@ struct CompareRequest {
     ProgressStyle progress = ProgressStyle::Automatic;
 };
 
-/// Writes the file that -o names.
+/// Writes the file that -o names under its other name, and gives it its own.
 ///
 /// Fails:   with one line; an empty text means success.
-std::string writeFile(const CompareRequest& request, const Comparison& comparison) {
-    OutputFile output;
-    std::string error = output.open(request.output, request.force);
-    if (!error.empty()) {
-        return error;
-    }
-    error =
+std::string writeFile(const CompareRequest& request, const Comparison& comparison,
+                      OutputFile& output) {
+    const std::string error =
         writeComparison(comparison, output.temporaryPath(), comparisonFormatOf(request.output));
     return error.empty() ? output.commit() : request.output + ": can't be written: " + error;
 }
@@ -90,12 +86,20 @@ ExitCode process(const CompareRequest& request) {
         bar.clear();
         return fail(ExitCode::Input, error);
     }
+    OutputFile output;
+    if (writes) {
+        error = output.open(request.output, request.force);
+    }
+    if (!error.empty()) {
+        bar.clear();
+        return fail(ExitCode::Output, error);
+    }
     bar.phase("comparing", request.facts.afterPath);
     const PictureComparison figures = comparePictures(before, after);
     const Comparison comparison{before, after, request.facts, figures};
     if (writes) {
         bar.phase("writing", request.output);
-        error = writeFile(request, comparison);
+        error = writeFile(request, comparison, output);
     }
     bar.clear();
     if (!error.empty()) {
