@@ -81,6 +81,7 @@ check shell shell
 check scripts scripts
 check photos scripts/check_photos.py
 check tables scripts/make_elementary_tables.py --check
+check presets scripts/update_preset_docs.py --check
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
