@@ -99,6 +99,11 @@ bool Arguments::isGiven(std::string_view name) const {
     return index >= 0 && origins_[static_cast<std::size_t>(index)] == Origin::Given;
 }
 
+bool Arguments::allGiven() const {
+    return std::all_of(origins_.begin(), origins_.end(),
+                       [](Origin origin) { return origin == Origin::Given; });
+}
+
 std::string Arguments::commandText() const {
     std::string text;
     for (std::size_t i = 0; i < parameters_.size(); ++i) {

@@ -32,6 +32,8 @@ class Arguments {
     void choose(std::string_view name, double value);
     /// Whether set() or setNumber() gave the value.
     bool isGiven(std::string_view name) const;
+    /// Whether every value was given, so that automation has nothing to choose.
+    bool allGiven() const;
     /// All that was given or chosen as a user would write it: " --tau 2 --flow TV".
     ///
     /// A new set of arguments that is given this text has the same values.

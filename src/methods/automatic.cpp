@@ -27,6 +27,18 @@ std::string oneDecimal(double value) {
 
 }  // namespace
 
+std::vector<Parameter> offeredParameters(const Method& method) {
+    std::vector<Parameter> offered;
+    if (method.choose != nullptr && !method.automatic) {
+        offered.push_back(kAutoParameter);
+    }
+    if (method.choose != nullptr) {
+        offered.push_back(kStrengthParameter);
+    }
+    offered.insert(offered.end(), method.parameters.begin(), method.parameters.end());
+    return offered;
+}
+
 double deviationOfStrength(double strength) {
     return 0.5 * strength;
 }

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "methods/method.h"
 #include "methods/noise_estimate.h"
@@ -25,6 +26,10 @@ inline constexpr Parameter kStrengthParameter =
          "noise to remove, twice its deviation in grey levels; more smooths more");
 inline constexpr Parameter kAutoParameter =
     flag("auto", false, "measure the noise and choose all parameters that are not given");
+
+/// What a client offers for a method: its parameters, after the knob and, for methods that
+/// aren't automatic without being asked, the switch.
+std::vector<Parameter> offeredParameters(const Method& method);
 
 /// The deviation that a strength stands for: half of it.
 double deviationOfStrength(double strength);

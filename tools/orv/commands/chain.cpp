@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "methods/suggestion.h"
+#include "pipeline/job_options.h"
 
 namespace orv::cli {
 
@@ -74,33 +75,6 @@ std::string takeSecond(const Verb& verb, bool first, CommandLine& line, std::str
     return {};
 }
 
-/// Reads --auto and --strength, which are no parameters of the method itself.
-std::string takeAutomation(const Method& method, CommandLine& line, Step& step) {
-    step.automatic = method.automatic;
-    if (method.choose == nullptr) {
-        return {};
-    }
-    std::string error;
-    const auto isAutomation = [&](const std::pair<std::string, std::string>& given) {
-        if (given.first == kAutoParameter.name) {
-            step.automatic = true;
-            return true;
-        }
-        if (given.first != kStrengthParameter.name) {
-            return false;
-        }
-        double strength = 0.0;
-        error = parseValue(kStrengthParameter, given.second, strength);
-        step.automatic = true;
-        step.strength = strength;
-        return true;
-    };
-    line.parameters.erase(
-        std::remove_if(line.parameters.begin(), line.parameters.end(), isAutomation),
-        line.parameters.end());
-    return error.empty() ? error : "--strength: " + error;
-}
-
 std::string readPart(const Verb& verb, const Words& words, bool first, Chain& chain,
                      CommandLine& line) {
     std::string error = readCommandLine(verb, words, line);
@@ -112,10 +86,7 @@ std::string readPart(const Verb& verb, const Words& words, bool first, Chain& ch
         return {};
     }
     Step step{verb.method, Arguments(verb.method->parameters), {}};
-    error = takeAutomation(*verb.method, line, step);
-    if (error.empty()) {
-        error = setArguments(line, step.arguments);
-    }
+    error = setParameters(line.parameters, step);
     if (error.empty()) {
         error = takeSecond(verb, first, line, step.second);
     }

@@ -37,14 +37,7 @@ Verb methodVerb(const Method& method) {
         verb.groups.push_back(&kSecondOptions);
     }
     verb.groups.insert(verb.groups.end(), {&kFileOptions, &kRecordOptions, &kRunOptions});
-    if (method.choose != nullptr) {
-        if (!method.automatic) {
-            verb.parameters.push_back(kAutoParameter);
-        }
-        verb.parameters.push_back(kStrengthParameter);
-    }
-    verb.parameters.insert(verb.parameters.end(), method.parameters.begin(),
-                           method.parameters.end());
+    verb.parameters = offeredParameters(method);
     verb.method = &method;
     verb.run = methodCommand;
     return verb;

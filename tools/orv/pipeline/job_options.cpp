@@ -113,6 +113,33 @@ std::string readJobOptions(const CommandLine& line, JobOptions& options) {
     return {};
 }
 
+std::string setParameters(const NamedTexts& given, Step& step) {
+    const Method& method = *step.method;
+    bool asked = method.automatic;
+    for (const auto& [name, text] : given) {
+        std::string error;
+        if (method.choose != nullptr && name == kStrengthParameter.name) {
+            double strength = 0.0;
+            error = parseValue(kStrengthParameter, text, strength);
+            error = error.empty() ? error : "--" + name + ": " + error;
+            step.strength = strength;
+            asked = true;
+        } else if (method.choose != nullptr && !method.automatic &&
+                   name == kAutoParameter.name) {
+            double on = 0.0;
+            error = parseValue(kAutoParameter, text, on);
+            asked = on != 0.0;
+        } else {
+            error = step.arguments.set(name, text);
+        }
+        if (!error.empty()) {
+            return error;
+        }
+    }
+    step.automatic = asked && !step.arguments.allGiven();
+    return {};
+}
+
 std::string stepsOf(const Recipe& recipe, std::vector<Step>& steps) {
     for (const RecipeStep& told : recipe.steps) {
         const Method* const method = findMethod(told.verb);
@@ -120,7 +147,7 @@ std::string stepsOf(const Recipe& recipe, std::vector<Step>& steps) {
             return "unknown verb '" + told.verb + "'";
         }
         Step step{method, Arguments(method->parameters), told.second};
-        std::string error = setArguments(told, step.arguments);
+        std::string error = setParameters(told.parameters, step);
         if (!error.empty()) {
             return error;
         }

@@ -13,6 +13,11 @@ namespace orv::cli {
 /// Fails:   with one line that begins with the option; an empty text means success.
 std::string readJobOptions(const CommandLine& line, JobOptions& options);
 
+/// Sets what was given for a step: parameters of its method, and what automation takes.
+///
+/// Fails:   with one line that begins with the option; an empty text means success.
+std::string setParameters(const NamedTexts& given, Step& step);
+
 /// The steps of a recipe.
 ///
 /// Fails:   with one line; an empty text means success.
