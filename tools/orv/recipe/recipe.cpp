@@ -9,22 +9,28 @@
 
 #include <sys/stat.h>
 
+#include "methods/automatic.h"
 #include "methods/method_catalogue.h"
+#include "recipe/step_parameters.h"
 #include "shell_text.h"
 
 namespace orv::cli {
 
 namespace {
 
-/// The parameter as an option of the command line; a flag that is off needs none.
+bool isOn(const Parameter& flag, std::string_view text) {
+    double value = 0.0;
+    return parseValue(flag, text, value).empty() && value != 0.0;
+}
+
+/// The parameter as an option of the command line, which has none for a flag that is off and
+/// none for a method to be automatic that is so by itself.
 std::string optionText(const Method* method, const std::string& name, const std::string& text) {
-    for (const Parameter& parameter :
-         method == nullptr ? std::span<const Parameter>() : method->parameters) {
-        if (parameter.name == name && parameter.kind == ParameterKind::Flag) {
-            double on = 0.0;
-            const bool known = parseValue(parameter, text, on).empty();
-            return known && on != 0.0 ? " --" + name : std::string();
-        }
+    const Parameter* const parameter =
+        method == nullptr ? nullptr : stepParameter(*method, name);
+    if (parameter != nullptr && parameter->kind == ParameterKind::Flag) {
+        const bool unneeded = isAutomation(*method, name) && method->automatic;
+        return isOn(*parameter, text) && !unneeded ? " --" + name : std::string();
     }
     return " --" + name + " " + shellWord(text);
 }
@@ -81,17 +87,47 @@ RecipeStep completeStep(const Method& method, const Arguments& arguments) {
         step.parameters.emplace_back(parameter.name,
                                      valueText(parameter, arguments.real(parameter.name)));
     }
+    if (method.choose != nullptr) {
+        step.parameters.emplace_back(kAutoParameter.name, "off");
+    }
     return step;
 }
 
 std::string setArguments(const RecipeStep& step, Arguments& arguments) {
+    const Method* const method = findMethod(step.verb);
     for (const auto& [name, text] : step.parameters) {
-        const std::string error = arguments.set(name, text);
+        if (method != nullptr && isAutomation(*method, name)) {
+            continue;
+        }
+        std::string error = arguments.set(name, text);
         if (!error.empty()) {
             return error;
         }
     }
     return {};
+}
+
+Automation automationOf(const RecipeStep& step) {
+    Automation automation;
+    const Method* const method = findMethod(step.verb);
+    if (method == nullptr || method->choose == nullptr) {
+        return automation;
+    }
+    automation.on = method->automatic;
+    for (const auto& [name, text] : step.parameters) {
+        double strength = 0.0;
+        if (name == kStrengthParameter.name &&
+            parseValue(kStrengthParameter, text, strength).empty()) {
+            automation.strength = strength;
+            automation.on = true;
+        }
+    }
+    for (const auto& [name, text] : step.parameters) {
+        if (name == kAutoParameter.name) {
+            automation.on = isOn(kAutoParameter, text);
+        }
+    }
+    return automation;
 }
 
 std::string chainText(std::span<const RecipeStep> steps) {

@@ -5,21 +5,11 @@
 #include "methods/method_catalogue.h"
 #include "recipe/json_value.h"
 #include "recipe/recipe.h"
+#include "recipe/step_parameters.h"
 
 namespace orv::cli {
 
 namespace {
-
-const Parameter* parameterOf(const Method* method, std::string_view name) {
-    if (method != nullptr) {
-        for (const Parameter& parameter : method->parameters) {
-            if (parameter.name == name) {
-                return &parameter;
-            }
-        }
-    }
-    return nullptr;
-}
 
 void writeText(JsonText& json, std::string_view name, std::string_view text) {
     if (!text.empty()) {
@@ -67,7 +57,8 @@ void writeStep(JsonText& json, const RecipeStep& step) {
     if (!step.parameters.empty()) {
         json.beginObject("parameters");
         for (const auto& [name, text] : step.parameters) {
-            writeParameter(json, parameterOf(method, name), name, text);
+            writeParameter(json, method == nullptr ? nullptr : stepParameter(*method, name),
+                           name, text);
         }
         json.end();
     }

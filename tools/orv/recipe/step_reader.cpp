@@ -7,6 +7,7 @@
 #include "methods/method_catalogue.h"
 #include "methods/suggestion.h"
 #include "recipe/recipe_fields.h"
+#include "recipe/step_parameters.h"
 
 namespace orv::cli {
 
@@ -14,27 +15,14 @@ namespace {
 
 using Kind = JsonValue::Kind;
 
-const Parameter* parameterOf(const Method& method, std::string_view name) {
-    for (const Parameter& parameter : method.parameters) {
-        if (parameter.name == name) {
-            return &parameter;
-        }
-    }
-    return nullptr;
-}
-
 std::string readParameter(const std::string& place, const Method& method,
                           const JsonValue& member, RecipeStep& step) {
     const std::string path = joined(place, member.name);
-    const Parameter* const parameter = parameterOf(method, member.name);
+    const Parameter* const parameter = stepParameter(method, member.name);
     if (parameter == nullptr) {
-        std::vector<std::string_view> names;
-        for (const Parameter& candidate : method.parameters) {
-            names.push_back(candidate.name);
-        }
         return path + ": is no parameter of " + std::string(method.name) +
-               didYouMean(member.name, names) + " (orv " + std::string(method.name) +
-               " --help lists them)";
+               didYouMean(member.name, stepParameterNames(method)) + " (orv " +
+               std::string(method.name) + " --help lists them)";
     }
     std::string text;
     std::string error = readScalar(path, member, text);
@@ -91,7 +79,7 @@ std::string wrongStepField(const std::string& place, const Method& method,
                            const JsonValue& object) {
     constexpr std::array<std::string_view, 3> kFields{"verb", "parameters", "with"};
     for (const JsonValue& member : object.children) {
-        if (parameterOf(method, member.name) != nullptr) {
+        if (stepParameter(method, member.name) != nullptr) {
             return joined(place, member.name) +
                    R"(: stands beside "verb"; write it within "parameters": {")" + member.name +
                    "\": ...}";
