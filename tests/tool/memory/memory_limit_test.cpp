@@ -117,43 +117,46 @@ std::vector<Step> stepsOf(const char* name, const std::string& scheme = {}) {
     return {{method, std::move(arguments), {}}};
 }
 
-constexpr PictureSize kPicture{6000, 4000, 3, 3, SampleDepth::Bits8, 5e6};
+const JobShape kShape{{6000, 4000, 3, 3, SampleDepth::Bits8, 5e6}};
+
+JobShape scaled(int side) {
+    JobShape shape = kShape;
+    shape.maxSide = side;
+    return shape;
+}
 
 TEST(MemoryRefusal, IsNoneBelowTheLimitAndWhereNoneIsKnown) {
     const std::vector<Step> steps = stepsOf("blur");
-    const double needed = jobBytes(steps, kPicture, {}, AlphaMode::Keep);
+    const double needed = jobBytes(steps, kShape);
 
-    EXPECT_EQ(memoryRefusal("a", steps, kPicture, {}, AlphaMode::Keep, 0, needed), "");
-    EXPECT_EQ(memoryRefusal("a", steps, kPicture, {}, AlphaMode::Keep, 0, std::nullopt), "");
-    EXPECT_NE(memoryRefusal("a", steps, kPicture, {}, AlphaMode::Keep, 0, needed - 1.0), "");
+    EXPECT_EQ(memoryRefusal("a", steps, kShape, needed), "");
+    EXPECT_EQ(memoryRefusal("a", steps, kShape, std::nullopt), "");
+    EXPECT_NE(memoryRefusal("a", steps, kShape, needed - 1.0), "");
 }
 
 TEST(MemoryRefusal, NamesTheLargestSideThatFits) {
     const std::vector<Step> steps = stepsOf("shock");
     constexpr double kLimit = 4e8;
 
-    const int side = largestSide(steps, kPicture, {}, AlphaMode::Keep, kLimit);
-    const std::string text =
-        memoryRefusal("a.png", steps, kPicture, {}, AlphaMode::Keep, 0, kLimit);
+    const int side = largestSide(steps, kShape, kLimit);
+    const std::string text = memoryRefusal("a.png", steps, kShape, kLimit);
 
     EXPECT_GT(side, 1000);
-    EXPECT_LE(jobBytes(steps, kPicture, {}, AlphaMode::Keep, side), kLimit);
-    EXPECT_GT(jobBytes(steps, kPicture, {}, AlphaMode::Keep, side + 1), kLimit);
+    EXPECT_LE(jobBytes(steps, scaled(side)), kLimit);
+    EXPECT_GT(jobBytes(steps, scaled(side + 1)), kLimit);
     EXPECT_NE(text.find("take --max-side " + std::to_string(side) + " or --max-memory "),
               std::string::npos)
         << text;
 }
 
 TEST(MemoryRefusal, NamesALighterSolverThatFits) {
-    const std::string text = memoryRefusal("a.png", stepsOf("restore", "2DSemi"), kPicture, {},
-                                           AlphaMode::Keep, 0, 1e10);
+    const std::string text = memoryRefusal("a.png", stepsOf("restore", "2DSemi"), kShape, 1e10);
 
     EXPECT_NE(text.find("; take --solver CG or "), std::string::npos) << text;
 }
 
 TEST(MemoryRefusal, NamesALighterSchemeWhereNoSolverFits) {
-    const std::string text = memoryRefusal("a.png", stepsOf("restore", "2DSemi"), kPicture, {},
-                                           AlphaMode::Keep, 0, 1e9);
+    const std::string text = memoryRefusal("a.png", stepsOf("restore", "2DSemi"), kShape, 1e9);
 
     EXPECT_NE(text.find("; take --scheme AOS or "), std::string::npos) << text;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "methods/automatic.h"
 #include "methods/memory_need.h"
 
 namespace orv::cli {
@@ -13,6 +14,8 @@ namespace {
 constexpr double kProgramBytes = 26.0e6;
 /// What decoders of whole pictures hold beside the samples, bytes a pixel and channel.
 constexpr double kDecoderBytes = 2.5;
+/// What comparing two pictures takes beside their samples, bytes a pixel.
+constexpr double kComparisonBytes = 24.0;
 /// Bytes of a sample of a plane.
 constexpr double kFloat = 4.0;
 
@@ -42,12 +45,23 @@ PictureSize scaledTo(const PictureSize& picture, int maxSide) {
     return scaled;
 }
 
+/// The arguments of a step, with those that automation would choose for strong noise.
+Arguments argumentsOf(const Step& step, bool colour) {
+    constexpr double kStrongNoise = 40.0;
+    Arguments arguments = step.arguments;
+    if (step.automatic && step.method->choose != nullptr) {
+        step.method->choose(noiseOfStrength(step.strength.value_or(kStrongNoise), colour),
+                            arguments);
+    }
+    return arguments;
+}
+
 /// The peak of a step with the planes that come in and go out.
 double stepBytes(const Step& step, const PictureSize& picture, const PictureSize& second,
                  int planes) {
-    double bytes =
-        peakBytes(*step.method, step.arguments, {picture.width, picture.height, planes},
-                  {second.width, second.height, second.colours});
+    double bytes = peakBytes(*step.method, argumentsOf(step, planes == 3),
+                             {picture.width, picture.height, planes},
+                             {second.width, second.height, second.colours});
     if (!step.method->secondPicture.empty()) {
         const double held = kFloat * planes * pixelsOf(picture);
         const double planesOfSecond = kFloat * second.channels * pixelsOf(second);
@@ -64,16 +78,18 @@ PictureSize sizeOf(const PictureHeader& header) {
             header.depth, header.fileBytes, header.orientation > 1};
 }
 
-double jobBytes(const std::vector<Step>& steps, const PictureSize& picture,
-                const PictureSize& second, AlphaMode alpha, int maxSide) {
-    const PictureSize worked = scaledTo(picture, maxSide);
+double jobBytes(const std::vector<Step>& steps, const JobShape& shape) {
+    const PictureSize& picture = shape.picture;
+    const PictureSize worked = scaledTo(picture, shape.maxSide);
     const double pixels = pixelsOf(worked);
     const double samples = sampleBytes(worked);
-    const bool withAlpha = picture.channels > picture.colours && alpha == AlphaMode::Restore;
+    const double kept = shape.compared ? samples : 0.0;
+    const bool withAlpha =
+        picture.channels > picture.colours && shape.alpha == AlphaMode::Restore;
     int planes = picture.colours;
     double work = kFloat * picture.channels * pixels;
     for (const Step& step : steps) {
-        work = std::max(work, stepBytes(step, worked, second, planes));
+        work = std::max(work, stepBytes(step, worked, shape.second, planes));
         planes = step.method->secondPicture.empty() ? planes : 3;
     }
     work += withAlpha ? kFloat * pixels : 0.0;
@@ -81,20 +97,24 @@ double jobBytes(const std::vector<Step>& steps, const PictureSize& picture,
     const double result =
         kFloat * planes * pixels + samples * (planes > picture.colours ? 3.0 : 1.0);
     const double scaling = pixels < pixelsOf(picture) ? sampleBytes(picture) : 0.0;
-    return kProgramBytes + std::max({readingBytes(picture), scaling + 2.0 * samples,
-                                     samples + work, samples + result});
+    const double comparing = shape.compared ? kComparisonBytes * pixels + samples : 0.0;
+    return kProgramBytes +
+           std::max({readingBytes(picture), scaling + 2.0 * samples, kept + samples + work,
+                     kept + samples + result, kept + comparing});
 }
 
 double methodJobBytes(const Method& method, const PictureSize& picture) {
-    const std::vector<Step> steps{{&method, Arguments(method.parameters), {}}};
-    return jobBytes(steps, picture, picture, AlphaMode::Keep);
+    Step step{&method, Arguments(method.parameters), {}};
+    step.automatic = method.automatic;
+    return jobBytes({step}, {picture, picture});
 }
 
-int largestSide(const std::vector<Step>& steps, const PictureSize& picture,
-                const PictureSize& second, AlphaMode alpha, double limit) {
-    const int longer = std::max(picture.width, picture.height);
+int largestSide(const std::vector<Step>& steps, const JobShape& shape, double limit) {
+    const int longer = std::max(shape.picture.width, shape.picture.height);
     const auto fits = [&](int side) {
-        return jobBytes(steps, picture, second, alpha, side) <= limit;
+        JobShape scaled = shape;
+        scaled.maxSide = side;
+        return jobBytes(steps, scaled) <= limit;
     };
     int low = 0;
     int high = longer;

@@ -21,22 +21,28 @@ struct PictureSize {
 /// The size that the head of a file tells.
 PictureSize sizeOf(const PictureHeader& header);
 
+/// What decides on the memory of a job beside its steps.
+struct JobShape {
+    PictureSize picture = {};
+    /// Of the second pictures of steps that take one; the largest where there are several.
+    PictureSize second = {};
+    AlphaMode alpha = AlphaMode::Keep;
+    int maxSide = 0;        ///< the picture is read whole and then scaled down to this; 0: not
+    bool compared = false;  ///< the picture is kept to be compared with the result
+};
+
 /// The most bytes that the tool holds at the same time on the way of one picture: itself, the
 /// file as it is read, the samples, the planes and what the methods need, the file as it is
 /// written.
 ///
-/// Shapes:  `second` is the size of the second pictures of steps that take one; the largest
-///          where there are several. The picture is read whole and then scaled down until no
-///          side is longer than `maxSide`, where that isn't 0.
-double jobBytes(const std::vector<Step>& steps, const PictureSize& picture,
-                const PictureSize& second, AlphaMode alpha, int maxSide = 0);
+/// Parameters that automation is still to choose count as they are chosen for strong noise.
+double jobBytes(const std::vector<Step>& steps, const JobShape& shape);
 
-/// jobBytes of one method with its defaults on a picture; a second picture has the size of the
+/// jobBytes of one method as it runs without parameters; a second picture has the size of the
 /// first.
 double methodJobBytes(const Method& method, const PictureSize& picture);
 
 /// The largest maximal side, in pixels, with which the job fits `limit`; 0 when none does.
-int largestSide(const std::vector<Step>& steps, const PictureSize& picture,
-                const PictureSize& second, AlphaMode alpha, double limit);
+int largestSide(const std::vector<Step>& steps, const JobShape& shape, double limit);
 
 }  // namespace orv::cli

@@ -120,8 +120,7 @@ constexpr std::array<std::array<std::string_view, 2>, 2> kLighter{
     {{"solver", "CG"}, {"scheme", "AOS"}}};
 
 /// "--solver CG" and the like, the first of them with which the job fits; empty when none does.
-std::string lighterParameter(const std::vector<Step>& steps, const PictureSize& picture,
-                             const PictureSize& second, AlphaMode alpha, int maxSide,
+std::string lighterParameter(const std::vector<Step>& steps, const JobShape& shape,
                              double limit) {
     for (const auto& [name, value] : kLighter) {
         std::vector<Step> changed = steps;
@@ -129,7 +128,7 @@ std::string lighterParameter(const std::vector<Step>& steps, const PictureSize& 
         for (Step& step : changed) {
             known = step.arguments.set(name, value).empty() || known;
         }
-        if (known && jobBytes(changed, picture, second, alpha, maxSide) <= limit) {
+        if (known && jobBytes(changed, shape) <= limit) {
             return "--" + std::string(name) + " " + std::string(value);
         }
     }
@@ -201,24 +200,22 @@ std::string readMemorySize(std::string_view text, std::optional<double> availabl
 }
 
 std::string memoryRefusal(const std::string& input, const std::vector<Step>& steps,
-                          const PictureSize& picture, const PictureSize& second,
-                          AlphaMode alpha, int maxSide, std::optional<double> limit) {
+                          const JobShape& shape, std::optional<double> limit) {
     if (!limit) {
         return {};
     }
-    const double needed = jobBytes(steps, picture, second, alpha, maxSide);
+    const double needed = jobBytes(steps, shape);
     if (needed <= *limit) {
         return {};
     }
-    const std::string lighter =
-        lighterParameter(steps, picture, second, alpha, maxSide, *limit);
+    const std::string lighter = lighterParameter(steps, shape, *limit);
     std::string ways = lighter.empty() ? "" : lighter + " or ";
-    const int side = largestSide(steps, picture, second, alpha, *limit);
+    const int side = largestSide(steps, shape, *limit);
     if (side > 0) {
         ways += "--max-side " + std::to_string(side) + " or ";
     }
     return input + ": needs " + memoryText(needed) + " of memory for " +
-           std::to_string(picture.width) + " x " + std::to_string(picture.height) +
+           std::to_string(shape.picture.width) + " x " + std::to_string(shape.picture.height) +
            " pixels, and may take " + memoryText(*limit) + "; take " + ways + "--max-memory " +
            std::to_string(static_cast<long>(std::ceil(needed / 1e6))) + "M";
 }

@@ -30,8 +30,7 @@ std::string readMemorySize(std::string_view text, std::optional<double> availabl
 ///
 /// `limit` without a value lets all jobs start.
 std::string memoryRefusal(const std::string& input, const std::vector<Step>& steps,
-                          const PictureSize& picture, const PictureSize& second,
-                          AlphaMode alpha, int maxSide, std::optional<double> limit);
+                          const JobShape& shape, std::optional<double> limit);
 
 /// A size in memory: "512 MB", "1.4 GB".
 std::string memoryText(double bytes);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "interruption.h"
+#include "memory/job_limit.h"
 #include "messages.h"
 #include "pipeline/job_records.h"
 #include "pipeline/job_target.h"
@@ -62,8 +63,11 @@ class Job {
         if (error.empty() && !header_.refusal.empty()) {
             error = source_.name + ": " + header_.refusal;
         }
-        return error.empty() ? target_.choose(header_)
-                             : Failure{ExitCode::Input, std::move(error)};
+        if (!error.empty()) {
+            return {ExitCode::Input, std::move(error)};
+        }
+        Failure failure = target_.choose(header_);
+        return failure ? failure : memoryFailure(source_.name, header_, steps_, options_);
     }
 
     Failure open() {
