@@ -2,6 +2,7 @@
 #include <array>
 
 #include "commands/commands.h"
+#include "commands/inspect_command.h"
 #include "commands/compare_options.h"
 #include "commands/solve_options.h"
 #include "methods/automatic.h"
@@ -72,6 +73,7 @@ std::vector<Verb> makeTable() {
     table.push_back(runVerb());
     table.push_back(compareVerb());
     table.push_back(solveVerb());
+    table.push_back(inspectVerb());
     table.push_back(listingVerb(
         "methods", "list the methods and their parameters, with --json for programs",
         methodsCommand));
