@@ -117,14 +117,15 @@ std::string outputRefusal(const std::vector<InputFile>& inputs, const OutputOrde
     }
     if (exists) {
         return output + ": is a file; " +
-               (inputs.size() > 1 ? count + " pictures go"
-                                  : "-o names the folder that results go") +
-               " into" + (inputs.size() > 1 ? " a folder" : "");
+               (inputs.size() > 1 ? count + " pictures go into a folder"
+                                  : "-o names the folder that results go into");
     }
     if (!order.intoFolder && output.back() != '/' && formatOfName(output) != nullptr) {
-        return output + ": names one file, and " + count +
-               " pictures are to be written; name a folder (" + output +
-               "/ for one of this name)";
+        const std::string folder = "name a folder (" + output + "/ for one of this name)";
+        return inputs.size() > 1 ? output + ": names one file, and " + count +
+                                       " pictures are to be written; " + folder
+                                 : output + ": names one file, and --name is given; " + folder +
+                                       " or leave --name out";
     }
     return {};
 }
