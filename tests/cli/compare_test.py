@@ -139,10 +139,10 @@ class Refusals(CompareCase):
     def test_words(self):
         self.refused(2, f"compare: the picture to read is missing {USAGE}")
         self.refused(2, f"compare: the picture to compare with is missing {USAGE}", "a.ppm")
-        self.refused(2, f"compare: 'c.ppm' is one word too many {USAGE}", "a.ppm", "b.ppm", "c.ppm")
+        self.refused(2, f"compare: 'c.ppm' is one word too many; -o names the file to write {USAGE}", "a.ppm", "b.ppm", "c.ppm")
 
     def test_output_without_a_name(self):
-        line = "-o: the value is missing (expected a file that ends in .html, .json or as a picture does)"
+        line = "--output: the value is missing (expected a file that ends in .html, .json or as a picture does)"
         self.refused(2, line, "a.ppm", "b.ppm", "-o")
 
     def test_sizes(self):
@@ -166,7 +166,8 @@ class Refusals(CompareCase):
         self.refused(4, "out.pgm: PGM holds grey alone and this picture has colour; take .ppm", "a.ppm", "b.ppm", "-o", "out.pgm")
 
     def test_places_that_cannot_be_written(self):
-        self.refused(4, "no/out.html: can't be written: no such folder", "a.ppm", "b.ppm", "-o", "no/out.html")
+        line = "a.ppm/out.html: can't be written: Not a directory"
+        self.refused(4, line, "a.ppm", "b.ppm", "-o", "a.ppm/out.html")
         (self.folder / "folder.html").mkdir()
         self.refused(4, "folder.html: is a folder; name a file in it", "a.ppm", "b.ppm", "-o", "folder.html")
 
@@ -231,6 +232,10 @@ class Table(CompareCase):
     def test_quiet(self):
         self.assertEqual(self.compare("a.ppm", "b.ppm", "-q", "-o", "out.json"), "")
         self.assertIn("PSNR", self.compare("a.ppm", "b.ppm", "-q"))
+
+    def test_missing_folders_are_made(self):
+        self.compare("a.ppm", "b.ppm", "-o", "new/deep/out.json")
+        self.assertTrue((self.folder / "new" / "deep" / "out.json").is_file())
 
     def test_written_file_is_named(self):
         out = self.compare("a.ppm", "b.ppm", "-o", "out.json")
