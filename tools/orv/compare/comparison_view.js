@@ -60,6 +60,7 @@ function show() {
     byId("slider").classList.toggle("off", look.view !== "slider");
     byId("gainLabel").hidden = look.view !== "difference";
     byId("gain").value = String(look.gain);
+    byId("differenceCaption").textContent = look.gain === 1 ? "Difference" : `Difference, ${look.gain} times amplified`;
     const percent = 100 * scale * dots;
     byId("scale").textContent = `${percent < 10 ? percent.toFixed(1) : Math.round(percent)} %`;
     byId("fit").setAttribute("aria-pressed", String(look.zoom === null));
