@@ -17,7 +17,7 @@
 //
 // PAIRS is a file with a line for each picture: the clean one, the noisy one and, if the result
 // is to be kept, its name; binary PGM or PPM of 8 bits. SETTINGS are lines such as
-// "restore --tau 2 --steps 4" or "wavelet --auto" or "denoise --strength 20". For each setting a
+// "restore --tau 2 --steps 4" or "wavelet --auto" or "denoise --strength 20", or several with " , " between. For each a
 // line is printed: the mean PSNR, the seconds, the PSNR of each picture, and for automatic
 // settings what was chosen for the last picture. scripts/measure_quality.py drives it.
 
@@ -142,40 +142,59 @@ Setting settingOf(const std::string& line) {
     return setting;
 }
 
+/// Runs a setting on planes and adds what automation chose to `chosen`.
+Planes runOne(const Setting& setting, Planes planes, std::string& chosen) {
+    orv::Arguments arguments(setting.method->parameters);
+    for (const auto& [name, text] : setting.values) {
+        const std::string error = arguments.set(name, text);
+        if (!error.empty()) {
+            stop(error);
+        }
+    }
+    if (setting.automatic) {
+        orv::chooseAutomatically(*setting.method, planes, setting.strength, arguments);
+        chosen += arguments.commandText();
+    }
+    orv::MethodResult result = setting.method->run(std::move(planes), arguments, nullptr);
+    if (!result.error.empty()) {
+        stop(std::string(setting.method->name) + ": " + result.error);
+    }
+    return std::move(result.planes);
+}
+
+std::vector<Setting> chainOf(const std::string& line) {
+    std::vector<Setting> chain;
+    std::size_t from = 0;
+    while (from < line.size()) {
+        const std::size_t comma = std::min(line.find(" , ", from), line.size());
+        chain.push_back(settingOf(line.substr(from, comma - from)));
+        from = comma + 3;
+    }
+    return chain;
+}
+
 void runSetting(const std::string& line, const std::vector<Pair>& pairs) {
-    const Setting setting = settingOf(line);
+    const std::vector<Setting> chain = chainOf(line);
     std::string figures;
     std::string chosen;
     double sum = 0.0;
     double seconds = 0.0;
     for (const Pair& pair : pairs) {
-        orv::Arguments arguments(setting.method->parameters);
-        for (const auto& [name, text] : setting.values) {
-            const std::string error = arguments.set(name, text);
-            if (!error.empty()) {
-                stop(error);
-            }
-        }
         Planes planes = copyOf(pair.noisy);
+        chosen.clear();
         const auto start = std::chrono::steady_clock::now();
-        if (setting.automatic) {
-            orv::chooseAutomatically(*setting.method, planes, setting.strength, arguments);
-            chosen = arguments.commandText();
+        for (const Setting& setting : chain) {
+            planes = runOne(setting, std::move(planes), chosen);
         }
-        const orv::MethodResult result =
-            setting.method->run(std::move(planes), arguments, nullptr);
-        seconds +=
-            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        if (!result.error.empty()) {
-            stop(line + ": " + result.error);
-        }
-        const double figure = psnr(pair.clean, result.planes);
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+        seconds += taken.count();
+        const double figure = psnr(pair.clean, planes);
         sum += figure;
         char text[32];
         std::snprintf(text, sizeof text, " %.2f", figure);
         figures += text;
         if (!pair.result.empty()) {
-            writePicture(pair.result, result.planes);
+            writePicture(pair.result, planes);
         }
     }
     std::printf("%.3f %.3f%s ;%s\n", sum / static_cast<double>(pairs.size()), seconds,

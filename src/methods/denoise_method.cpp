@@ -60,7 +60,7 @@ void choose(const NoiseToRemove& noise, Arguments& arguments) {
     fit.scheme = kSchemeLod;
     fit.flow = kFlowPeronaMalik;
     fit.steps = 4;
-    fit.time = 8.0;
+    fit.time = 16.0;
     fit.sigma = 0.8;
     fit.contrast = 0.15;
     arguments.choose("fidelity", 0.05);

@@ -61,12 +61,12 @@ void choose(const NoiseToRemove& noise, Arguments& arguments) {
         chooseNothing(arguments);
         return;
     }
-    arguments.choose("shrinkage", 0.5);
+    arguments.choose("shrinkage", 0.6);
     DiffusionFit fit;
     fit.scheme = kSchemeLod;
     fit.flow = kFlowPeronaMalik;
-    fit.steps = 4;
-    fit.time = 8.0;
+    fit.steps = 6;
+    fit.time = 12.0;
     fit.sigma = 0.8;
     fit.contrast = 0.15;
     chooseDiffusion(noise, fit, arguments);
