@@ -10,8 +10,8 @@ namespace orv {
 
 namespace {
 
-/// Fine texture of clean photos passes for noise of one to two grey levels.
-constexpr double kTextureFloor = 1.0;
+/// Rounding to bytes and the texture of clean photos pass for noise of this deviation and more.
+constexpr double kTextureFloor = 0.7;
 /// Deviation of the mean of three channels, 1 / sqrt(3).
 constexpr double kMeanOfThree = 0.57735026918962576;
 

@@ -52,7 +52,7 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
 }
 
 void choose(const NoiseToRemove& noise, Arguments& arguments) {
-    if (noise.channel <= 0.0) {
+    if (noise.channel <= 0.0 || noise.brightness <= 0.0) {
         chooseNothing(arguments);
         return;
     }
