@@ -8,6 +8,7 @@
 #include "methods/solver_listing.h"
 #include "methods/suggestion.h"
 #include "options/common_options.h"
+#include "recipe/step_parameters.h"
 
 namespace orv::cli {
 
@@ -114,30 +115,20 @@ std::string readJobOptions(const CommandLine& line, JobOptions& options) {
 }
 
 std::string setParameters(const NamedTexts& given, Step& step) {
-    const Method& method = *step.method;
-    bool asked = method.automatic;
+    const RecipeStep told{std::string(step.method->name), given, {}, {}};
+    std::string error = setArguments(told, step.arguments);
     for (const auto& [name, text] : given) {
-        std::string error;
-        if (method.choose != nullptr && name == kStrengthParameter.name) {
-            double strength = 0.0;
-            error = parseValue(kStrengthParameter, text, strength);
+        const Parameter* const parameter = stepParameter(*step.method, name);
+        double value = 0.0;
+        if (error.empty() && parameter != nullptr && isAutomation(*step.method, name)) {
+            error = parseValue(*parameter, text, value);
             error = error.empty() ? error : "--" + name + ": " + error;
-            step.strength = strength;
-            asked = true;
-        } else if (method.choose != nullptr && !method.automatic &&
-                   name == kAutoParameter.name) {
-            double on = 0.0;
-            error = parseValue(kAutoParameter, text, on);
-            asked = on != 0.0;
-        } else {
-            error = step.arguments.set(name, text);
-        }
-        if (!error.empty()) {
-            return error;
         }
     }
-    step.automatic = asked && !step.arguments.allGiven();
-    return {};
+    const Automation automation = automationOf(told);
+    step.automatic = automation.on && !step.arguments.allGiven();
+    step.strength = automation.strength;
+    return error;
 }
 
 std::string stepsOf(const Recipe& recipe, std::vector<Step>& steps) {
