@@ -33,7 +33,8 @@ const Verb* verbOfPart(const Words& part, std::string& error) {
     const Verb* const verb = findVerb(part.front());
     if (verb == nullptr || verb->method == nullptr) {
         error = "',' is followed by '" + part.front() + "', which is no method" +
-                didYouMeanVerb(part.front()) + " (orv methods lists them)";
+                (verb == nullptr ? didYouMeanVerb(part.front()) : std::string()) +
+                " (orv methods lists them)";
         return nullptr;
     }
     return verb;
