@@ -1,6 +1,7 @@
 #include "exif_container.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -109,23 +110,53 @@ bool putJpeg(Bytes& file, std::string_view block) {
     return true;
 }
 
-bool putPng(Bytes& file, std::string_view block) {
+void putJfif(Bytes& file, double across, double down) {
+    if (file.size() < 4 || file[3] == 0xe0) {
+        return;
+    }
+    // Whole dots a centimetre are no whole dots an inch.
+    constexpr double kCentimetresPerInch = 2.54;
+    const bool inches = std::abs(across - std::round(across)) < 0.02;
+    const auto dots = [inches](double perInch) {
+        const double value = std::round(inches ? perInch : perInch / kCentimetresPerInch);
+        return static_cast<std::size_t>(std::clamp(value, 1.0, 65535.0));
+    };
+    Bytes segment{0xff, 0xe0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 2};
+    const bool known = across > 0.0 && down > 0.0;
+    segment.push_back(!known ? 0 : inches ? 1 : 2);
+    putBig(segment, known ? dots(across) : 1, 2);
+    putBig(segment, known ? dots(down) : 1, 2);
+    putBig(segment, 0, 2);
+    insert(file, 2, segment);
+}
+
+/// Takes a chunk out of the head of a PNG and gives the place of the pixels.
+std::size_t removeChunk(Bytes& file, std::string_view name) {
     std::size_t at = kPngMark;
     while (at + kPngFrame <= file.size() && !holds(file, at + 4, "IDAT")) {
         const std::size_t length = big(&file[at], 4) + kPngFrame;
-        if (holds(file, at + 4, "eXIf")) {
+        if (holds(file, at + 4, name)) {
             erase(file, at, length);
         } else {
             at += length;
         }
     }
+    return at;
+}
+
+void insertChunk(Bytes& file, std::size_t at, std::string_view name, std::string_view body) {
+    Bytes chunk;
+    putBig(chunk, body.size(), 4);
+    putText(chunk, name);
+    putText(chunk, body);
+    putBig(chunk, crc32(&chunk[4], chunk.size() - 4), 4);
+    insert(file, at, chunk);
+}
+
+bool putPng(Bytes& file, std::string_view block) {
+    const std::size_t at = removeChunk(file, "eXIf");
     if (!block.empty()) {
-        Bytes chunk;
-        putBig(chunk, block.size(), 4);
-        putText(chunk, "eXIf");
-        putText(chunk, block);
-        putBig(chunk, crc32(&chunk[4], chunk.size() - 4), 4);
-        insert(file, at, chunk);
+        insertChunk(file, at, "eXIf", block);
     }
     return true;
 }
@@ -219,6 +250,22 @@ std::string exifOfPng(const PictureSource& source) {
         at += length + kPngFrame;
     }
     return {};
+}
+
+void putResolution(Format format, double across, double down,
+                   std::vector<unsigned char>& file) {
+    if (format == Format::Jpeg) {
+        putJfif(file, across, down);
+    } else if (format == Format::Png && across <= 0.0) {
+        removeChunk(file, "pHYs");
+    }
+}
+
+void putXmpIntoPng(std::string_view packet, std::vector<unsigned char>& file) {
+    using std::string_view_literals::operator""sv;
+    std::string body("XML:com.adobe.xmp\0\0\0\0\0"sv);
+    body += packet;
+    insertChunk(file, removeChunk(file, "IDAT"), "iTXt", body);
 }
 
 bool putExif(Format format, std::string_view block, const Picture& picture,

@@ -20,4 +20,15 @@ std::string exifOfPng(const PictureSource& source);
 bool putExif(Format format, std::string_view block, const Picture& picture,
              std::vector<unsigned char>& file);
 
+/// Puts a packet of XMP into an encoded PNG, as text that isn't compressed.
+///
+/// Source:  XMP specification, part 3, section 1.1.5: PNG.
+void putXmpIntoPng(std::string_view packet, std::vector<unsigned char>& file);
+
+/// Makes an encoded JPEG or PNG tell a resolution: a JPEG gets the head of JFIF, a PNG loses the
+/// chunk that libvips writes where nobody told any. Call it before putExif().
+///
+/// Units:   dots an inch; 0 for none.
+void putResolution(Format format, double across, double down, std::vector<unsigned char>& file);
+
 }  // namespace orv::cli

@@ -163,6 +163,12 @@ std::string_view exifOf(VipsImage* image) {
     return blob(image, VIPS_META_EXIF_NAME);
 }
 
+std::string takeXmp(VipsImage* image) {
+    std::string packet(blob(image, VIPS_META_XMP_NAME));
+    vips_image_remove(image, VIPS_META_XMP_NAME);
+    return packet;
+}
+
 void setExif(VipsImage* image, std::string_view block) {
     if (!block.empty()) {
         vips_image_set_blob_copy(image, VIPS_META_EXIF_NAME, block.data(), block.size());
@@ -179,6 +185,15 @@ bool profileFits(VipsImage* image, bool grey) {
            vips_icc_is_compatible_profile(image, profile.data(), profile.size()) != 0;
 }
 
+std::pair<double, double> resolutionOf(VipsImage* image) {
+    // Where a file tells no resolution, libvips says one pixel a millimetre.
+    if (!hasField(image, VIPS_META_RESOLUTION_UNIT) && image->Xres == 1.0) {
+        return {0.0, 0.0};
+    }
+    constexpr double kMillimetresPerInch = 25.4;
+    return {image->Xres * kMillimetresPerInch, image->Yres * kMillimetresPerInch};
+}
+
 std::string profileNameOf(VipsImage* image) {
     return profileName(blob(image, VIPS_META_ICC_NAME));
 }
@@ -191,11 +206,7 @@ void describeMetadata(VipsImage* image, PictureHeader& header) {
     header.xmp = hasField(image, VIPS_META_XMP_NAME);
     header.iptc =
         hasField(image, VIPS_META_IPTC_NAME) || hasField(image, VIPS_META_PHOTOSHOP_NAME);
-    constexpr double kMillimetresPerInch = 25.4;
-    // Where a file tells no resolution, libvips says one pixel a millimetre.
-    header.dotsPerInch = hasField(image, VIPS_META_RESOLUTION_UNIT) || image->Xres != 1.0
-                             ? image->Xres * kMillimetresPerInch
-                             : 0.0;
+    header.dotsPerInch = resolutionOf(image).first;
 }
 
 }  // namespace orv::cli

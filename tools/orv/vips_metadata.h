@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "image_file.h"
 
@@ -23,11 +24,17 @@ void copyMetadata(VipsImage* from, VipsImage* to, Strip strip);
 /// The EXIF block among the metadata, empty when there is none.
 std::string_view exifOf(VipsImage* image);
 
+/// Takes the packet of XMP out of the metadata, empty when there is none.
+std::string takeXmp(VipsImage* image);
+
 /// Enters an EXIF block that libvips didn't read.
 void setExif(VipsImage* image, std::string_view block);
 
 /// Whether the colour profile, if there is one, describes samples as they will be stored.
 bool profileFits(VipsImage* image, bool grey);
+
+/// Dots an inch across and down; 0 where the file tells none.
+std::pair<double, double> resolutionOf(VipsImage* image);
 
 /// What the colour profile calls itself, empty when there is none.
 std::string profileNameOf(VipsImage* image);

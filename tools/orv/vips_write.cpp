@@ -104,6 +104,7 @@ std::string encodeByVips(const WriteSettings& settings, Picture& picture,
     if (!error.empty()) {
         return error;
     }
+    profileComplaint();
     const VipsPicture bare = imageOver(picture.samples);
     VipsImage* copy = nullptr;
     if (bare == nullptr ||
@@ -122,8 +123,19 @@ std::string encodeByVips(const WriteSettings& settings, Picture& picture,
         picture.warnings.emplace_back(
             "the colour profile doesn't fit the result and is left out");
     }
+    // libvips would compress it, which readers of XMP don't expect.
+    const std::string packet =
+        settings.format->format == Format::Png ? takeXmp(copy) : std::string();
     error = saveToMemory(copy, settings, picture.samples.depth, bytes);
     if (error.empty()) {
+        if (profileComplaint()) {
+            picture.warnings.emplace_back("the colour profile is unusable and is left out");
+        }
+        const auto [across, down] = resolutionOf(copy);
+        putResolution(settings.format->format, across, down, bytes);
+        if (!packet.empty()) {
+            putXmpIntoPng(packet, bytes);
+        }
         finishExif(settings, picture, bytes);
     }
     return error;
