@@ -9,7 +9,7 @@ namespace orv {
 namespace {
 
 constexpr std::array<Choice, 2> kColours{{
-    {"rgb", RgbColours, "red, green and blue, each by itself"},
+    {"rgb", RgbColours, "red, green and blue as they are"},
     {"opponent", OpponentColours, "brightness and two differences of colour; best for noise"},
 }};
 
