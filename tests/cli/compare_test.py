@@ -261,6 +261,12 @@ class Figures(CompareCase):
         self.assertEqual(figures["maxDifference"], 249)
 
     @NEEDS_VIPS
+    def test_the_document_shows_what_is_printed(self):
+        text = (ROOT / "docs" / "compare.md").read_text(encoding="utf-8")
+        command, out = re.search(r"^\$ orv (compare .*)\n([^`]*)```$", text, re.MULTILINE).groups()
+        self.assertEqual(run(*command.split(), cwd=ROOT), (0, out, ""))
+
+    @NEEDS_VIPS
     def test_noise_on_a_photo_against_scikit_image(self):
         photos = ROOT / "examples" / "photos"
         figures = self.figures(photos / "chelsea-noisy.png", photos / "chelsea.png")

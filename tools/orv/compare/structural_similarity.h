@@ -16,9 +16,7 @@ namespace orv::cli {
 ///
 /// Units:   grey levels from 0 to 255; the result is 1 for equal planes.
 /// Cost:    four moments filtered along x and y, 44 multiplications each way; 44 rows are kept.
-/// Source:  Z. Wang, A. C. Bovik, H. R. Sheikh and E. P. Simoncelli, Image quality assessment:
-///          from error visibility to structural similarity, IEEE Transactions on Image
-///          Processing 13 (2004), 600-612.
+/// Source:  [WangBovikSheikhSimoncelli2004], with the constants of its section III.
 class StructuralSimilarity {
   public:
     /// Samples of the window along x and y.
