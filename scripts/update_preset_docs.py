@@ -119,7 +119,7 @@ def document(path):
 # How the picture before is made, and the part that is shown: x, y, width, height.
 PICTURES = {
     "document": (document, (0, 0, 360, 202)),
-    "night": (night, (250, 180, 300, 240)),
+    "night": (night, (250, 190, 280, 230)),
     "old-print": (old_print, (110, 0, 330, 270)),
     "portrait": (portrait, (120, 10, 250, 210)),
     "scan": (scan, (190, 60, 260, 210)),

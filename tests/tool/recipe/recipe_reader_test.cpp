@@ -46,6 +46,25 @@ TEST(RecipeReader, TakesValuesAsNumbersTextsOrFlags) {
     EXPECT_EQ(recipe.steps[0].parameters, expected);
 }
 
+TEST(RecipeReader, TakesAutomationWhereTheMethodHasIt) {
+    Recipe recipe;
+
+    ASSERT_EQ(readRecipe(R"({"steps": [
+        {"verb": "restore", "parameters": {"strength": 40}},
+        {"verb": "wavelet", "parameters": {"auto": true}}]})",
+                         recipe),
+              "");
+
+    EXPECT_EQ(recipe.steps[0].parameters, (NamedTexts{{"strength", "40"}}));
+    EXPECT_EQ(recipe.steps[1].parameters, (NamedTexts{{"auto", "true"}}));
+    EXPECT_EQ(stepError(R"("verb": "restore", "parameters": {"strength": 140})"),
+              "steps[0].parameters.strength: 140 is out of range (expected N from 0 to 100, "
+              "default 0.0)");
+    EXPECT_EQ(stepError(R"("verb": "shock", "parameters": {"auto": true})"),
+              "steps[0].parameters.auto: is no parameter of shock (orv shock --help lists "
+              "them)");
+}
+
 TEST(RecipeReader, TakesSecondPictures) {
     Recipe recipe;
 

@@ -119,7 +119,9 @@ TEST(Recipe, CompleteStepsHoldEveryParameter) {
         Arguments read(each->parameters);
         ASSERT_EQ(setArguments(back.steps[0], read), "");
 
-        EXPECT_EQ(back.steps[0].parameters.size(), each->parameters.size());
+        const std::size_t automation = each->choose == nullptr ? 0 : 1;
+        EXPECT_EQ(back.steps[0].parameters.size(), each->parameters.size() + automation);
+        EXPECT_FALSE(automationOf(back.steps[0]).on);
         for (const Parameter& parameter : each->parameters) {
             EXPECT_EQ(read.real(parameter.name), arguments.real(parameter.name))
                 << parameter.name;
@@ -149,6 +151,40 @@ TEST(Recipe, IsShownAsTheChainOfItsSteps) {
     EXPECT_EQ(chainText({&off, 1}), "restore");
     const RecipeStep quotes{"recolor", {}, "it's , here.png", {}};
     EXPECT_EQ(chainText({&quotes, 1}), "recolor 'it'\\''s , here.png'");
+}
+
+TEST(Recipe, TellsWhatIsChosenByThePicture) {
+    const auto automation = [](const std::string& verb, NamedTexts parameters) {
+        return automationOf({verb, std::move(parameters), {}, {}});
+    };
+
+    EXPECT_TRUE(automation("restore", {{"tau", "2"}}).on);
+    EXPECT_FALSE(automation("restore", {{"tau", "2"}}).strength.has_value());
+    EXPECT_FALSE(automation("restore", {{"auto", "off"}}).on);
+    EXPECT_FALSE(automation("denoise", {{"tau", "2"}}).on);
+    EXPECT_TRUE(automation("denoise", {{"auto", "on"}}).on);
+    EXPECT_TRUE(automation("denoise", {{"strength", "40"}}).on);
+    EXPECT_EQ(automation("denoise", {{"strength", "40"}}).strength.value_or(0.0), 40.0);
+    EXPECT_FALSE(automation("denoise", {{"auto", "off"}, {"strength", "40"}}).on);
+    // Another parameter of the same name.
+    EXPECT_FALSE(automation("recolor", {{"strength", "0.5"}}).on);
+}
+
+TEST(Recipe, KeepsAutomationFromTheArguments) {
+    const RecipeStep step{
+        "restore", {{"strength", "40"}, {"tau", "2"}, {"auto", "on"}}, {}, {}};
+    Arguments arguments(method("restore").parameters);
+
+    ASSERT_EQ(setArguments(step, arguments), "");
+
+    EXPECT_EQ(arguments.real("tau"), 2.0);
+    EXPECT_EQ(chainText({&step, 1}), "restore --strength 40 --tau 2");
+    const RecipeStep other{"denoise", {{"auto", "on"}}, {}, {}};
+    EXPECT_EQ(chainText({&other, 1}), "denoise --auto");
+    const RecipeStep share{"recolor", {{"strength", "0.5"}}, "a.png", {}};
+    Arguments shareArguments(method("recolor").parameters);
+    ASSERT_EQ(setArguments(share, shareArguments), "");
+    EXPECT_EQ(shareArguments.real("strength"), 0.5);
 }
 
 TEST(Recipe, IsComparedByPixelsAlone) {

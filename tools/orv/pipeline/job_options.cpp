@@ -142,6 +142,9 @@ std::string stepsOf(const Recipe& recipe, std::vector<Step>& steps) {
         if (!error.empty()) {
             return error;
         }
+        const Automation automation = automationOf(told);
+        step.automatic = automation.on;
+        step.strength = automation.strength;
         steps.push_back(std::move(step));
     }
     return {};
