@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "methods/method_catalogue.h"
+#include "pipeline/job_options.h"
 
 namespace orv::cli {
 namespace {
@@ -116,16 +117,17 @@ TEST(Recipe, CompleteStepsHoldEveryParameter) {
         recipe.steps[0].second = each->secondPicture.empty() ? "" : "second.png";
         Recipe back;
         ASSERT_EQ(readRecipe(writeRecipe(recipe), back), "");
-        Arguments read(each->parameters);
-        ASSERT_EQ(setArguments(back.steps[0], read), "");
+        std::vector<Step> steps;
+        ASSERT_EQ(stepsOf(back, steps), "");
+        const Arguments& read = steps[0].arguments;
 
         const std::size_t automation = each->choose == nullptr ? 0 : 1;
         EXPECT_EQ(back.steps[0].parameters.size(), each->parameters.size() + automation);
-        EXPECT_FALSE(automationOf(back.steps[0]).on);
         for (const Parameter& parameter : each->parameters) {
             EXPECT_EQ(read.real(parameter.name), arguments.real(parameter.name))
                 << parameter.name;
         }
+        EXPECT_FALSE(steps[0].automatic);
     }
 }
 
@@ -138,10 +140,10 @@ TEST(Recipe, KeepsEveryBitOfANumber) {
     recipe.steps.push_back(completeStep(method("restore"), arguments));
     Recipe back;
     ASSERT_EQ(readRecipe(writeRecipe(recipe), back), "");
-    Arguments read(method("restore").parameters);
-    ASSERT_EQ(setArguments(back.steps[0], read), "");
+    std::vector<Step> steps;
+    ASSERT_EQ(stepsOf(back, steps), "");
 
-    EXPECT_EQ(read.real("tau"), odd);
+    EXPECT_EQ(steps[0].arguments.real("tau"), odd);
 }
 
 TEST(Recipe, IsShownAsTheChainOfItsSteps) {
@@ -153,38 +155,38 @@ TEST(Recipe, IsShownAsTheChainOfItsSteps) {
     EXPECT_EQ(chainText({&quotes, 1}), "recolor 'it'\\''s , here.png'");
 }
 
-TEST(Recipe, TellsWhatIsChosenByThePicture) {
-    const auto automation = [](const std::string& verb, NamedTexts parameters) {
-        return automationOf({verb, std::move(parameters), {}, {}});
-    };
-
-    EXPECT_TRUE(automation("restore", {{"tau", "2"}}).on);
-    EXPECT_FALSE(automation("restore", {{"tau", "2"}}).strength.has_value());
-    EXPECT_FALSE(automation("restore", {{"auto", "off"}}).on);
-    EXPECT_FALSE(automation("denoise", {{"tau", "2"}}).on);
-    EXPECT_TRUE(automation("denoise", {{"auto", "on"}}).on);
-    EXPECT_TRUE(automation("denoise", {{"strength", "40"}}).on);
-    EXPECT_EQ(automation("denoise", {{"strength", "40"}}).strength.value_or(0.0), 40.0);
-    EXPECT_FALSE(automation("denoise", {{"auto", "off"}, {"strength", "40"}}).on);
-    // Another parameter of the same name.
-    EXPECT_FALSE(automation("recolor", {{"strength", "0.5"}}).on);
+/// The step that a verb with these parameters makes.
+Step madeStep(const std::string& verb, NamedTexts parameters) {
+    Recipe recipe;
+    recipe.steps.push_back({verb, std::move(parameters), {}, {}});
+    std::vector<Step> steps;
+    EXPECT_EQ(stepsOf(recipe, steps), "");
+    return steps.at(0);
 }
 
-TEST(Recipe, KeepsAutomationFromTheArguments) {
-    const RecipeStep step{
-        "restore", {{"strength", "40"}, {"tau", "2"}, {"auto", "on"}}, {}, {}};
-    Arguments arguments(method("restore").parameters);
+TEST(Recipe, LeavesToThePictureWhatItSays) {
+    EXPECT_TRUE(madeStep("restore", {{"tau", "2"}}).automatic);
+    EXPECT_FALSE(madeStep("restore", {{"tau", "2"}}).strength.has_value());
+    EXPECT_FALSE(madeStep("restore", {{"tau", "2"}, {"auto", "off"}}).automatic);
+    EXPECT_FALSE(madeStep("denoise", {{"tau", "2"}}).automatic);
+    EXPECT_TRUE(madeStep("denoise", {{"auto", "on"}}).automatic);
+    EXPECT_TRUE(madeStep("denoise", {{"strength", "40"}}).automatic);
+    EXPECT_EQ(madeStep("denoise", {{"strength", "40"}}).strength.value_or(0.0), 40.0);
+    EXPECT_FALSE(madeStep("denoise", {{"auto", "off"}, {"strength", "40"}}).automatic);
+    EXPECT_FALSE(madeStep("denoise", {{"strength", "40"}, {"auto", "off"}}).automatic);
+    // Another parameter of the same name.
+    const Step recolor = madeStep("recolor", {{"strength", "0.5"}});
+    EXPECT_FALSE(recolor.automatic);
+    EXPECT_EQ(recolor.arguments.real("strength"), 0.5);
+}
 
-    ASSERT_EQ(setArguments(step, arguments), "");
-
-    EXPECT_EQ(arguments.real("tau"), 2.0);
-    EXPECT_EQ(chainText({&step, 1}), "restore --strength 40 --tau 2");
+TEST(Recipe, ShowsAutomationAsItsOptions) {
+    const RecipeStep step{"restore", {{"strength", "40"}, {"auto", "on"}}, {}, {}};
+    EXPECT_EQ(chainText({&step, 1}), "restore --strength 40");
     const RecipeStep other{"denoise", {{"auto", "on"}}, {}, {}};
     EXPECT_EQ(chainText({&other, 1}), "denoise --auto");
-    const RecipeStep share{"recolor", {{"strength", "0.5"}}, "a.png", {}};
-    Arguments shareArguments(method("recolor").parameters);
-    ASSERT_EQ(setArguments(share, shareArguments), "");
-    EXPECT_EQ(shareArguments.real("strength"), 0.5);
+    const RecipeStep written{"denoise", {{"tau", "2"}, {"auto", "off"}}, {}, {}};
+    EXPECT_EQ(chainText({&written, 1}), "denoise --tau 2");
 }
 
 TEST(Recipe, IsComparedByPixelsAlone) {

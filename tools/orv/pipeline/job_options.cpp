@@ -8,7 +8,6 @@
 #include "methods/solver_listing.h"
 #include "methods/suggestion.h"
 #include "options/common_options.h"
-#include "recipe/step_parameters.h"
 
 namespace orv::cli {
 
@@ -115,20 +114,31 @@ std::string readJobOptions(const CommandLine& line, JobOptions& options) {
 }
 
 std::string setParameters(const NamedTexts& given, Step& step) {
-    const RecipeStep told{std::string(step.method->name), given, {}, {}};
-    std::string error = setArguments(told, step.arguments);
+    const Method& method = *step.method;
+    bool asked = method.automatic;
+    bool off = false;  // as steps that were written down say it
     for (const auto& [name, text] : given) {
-        const Parameter* const parameter = stepParameter(*step.method, name);
-        double value = 0.0;
-        if (error.empty() && parameter != nullptr && isAutomation(*step.method, name)) {
-            error = parseValue(*parameter, text, value);
+        std::string error;
+        if (method.choose != nullptr && name == kStrengthParameter.name) {
+            double strength = 0.0;
+            error = parseValue(kStrengthParameter, text, strength);
             error = error.empty() ? error : "--" + name + ": " + error;
+            step.strength = strength;
+            asked = true;
+        } else if (method.choose != nullptr && name == kAutoParameter.name) {
+            double on = 0.0;
+            error = parseValue(kAutoParameter, text, on);
+            asked = on != 0.0;
+            off = on == 0.0;
+        } else {
+            error = step.arguments.set(name, text);
+        }
+        if (!error.empty()) {
+            return error;
         }
     }
-    const Automation automation = automationOf(told);
-    step.automatic = automation.on && !step.arguments.allGiven();
-    step.strength = automation.strength;
-    return error;
+    step.automatic = asked && !off && !step.arguments.allGiven();
+    return {};
 }
 
 std::string stepsOf(const Recipe& recipe, std::vector<Step>& steps) {
@@ -142,9 +152,6 @@ std::string stepsOf(const Recipe& recipe, std::vector<Step>& steps) {
         if (!error.empty()) {
             return error;
         }
-        const Automation automation = automationOf(told);
-        step.automatic = automation.on;
-        step.strength = automation.strength;
         steps.push_back(std::move(step));
     }
     return {};

@@ -93,43 +93,6 @@ RecipeStep completeStep(const Method& method, const Arguments& arguments) {
     return step;
 }
 
-std::string setArguments(const RecipeStep& step, Arguments& arguments) {
-    const Method* const method = findMethod(step.verb);
-    for (const auto& [name, text] : step.parameters) {
-        if (method != nullptr && isAutomation(*method, name)) {
-            continue;
-        }
-        std::string error = arguments.set(name, text);
-        if (!error.empty()) {
-            return error;
-        }
-    }
-    return {};
-}
-
-Automation automationOf(const RecipeStep& step) {
-    Automation automation;
-    const Method* const method = findMethod(step.verb);
-    if (method == nullptr || method->choose == nullptr) {
-        return automation;
-    }
-    automation.on = method->automatic;
-    for (const auto& [name, text] : step.parameters) {
-        double strength = 0.0;
-        if (name == kStrengthParameter.name &&
-            parseValue(kStrengthParameter, text, strength).empty()) {
-            automation.strength = strength;
-            automation.on = true;
-        }
-    }
-    for (const auto& [name, text] : step.parameters) {
-        if (name == kAutoParameter.name) {
-            automation.on = isOn(kAutoParameter, text);
-        }
-    }
-    return automation;
-}
-
 std::string chainText(std::span<const RecipeStep> steps) {
     std::string chain;
     for (const RecipeStep& step : steps) {

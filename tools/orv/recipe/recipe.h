@@ -82,21 +82,6 @@ std::string valueText(const Parameter& parameter, double value);
 /// that another default in a later version changes nothing. Nothing is left to be chosen.
 RecipeStep completeStep(const Method& method, const Arguments& arguments);
 
-/// Sets the parameters of a step; `arguments` belong to the method of its verb. Those that
-/// automationOf() tells are left out.
-///
-/// Fails:   with one line, which begins with "--name: "; an empty text means success.
-std::string setArguments(const RecipeStep& step, Arguments& arguments);
-
-/// Which of a step's parameters are chosen by the picture.
-struct Automation {
-    bool on = false;                      ///< choose those that aren't given
-    std::optional<double> strength = {};  ///< empty: measure the noise
-};
-
-/// How a step is automated: by its `auto`, else by a `strength`, else as its method by itself.
-Automation automationOf(const RecipeStep& step);
-
 /// The steps as a user would type them: "restore --tau 2 , shock --iterations 6".
 ///
 /// A second picture follows the verb. Words that a shell would take apart stand in quotes.
