@@ -5,6 +5,7 @@
 #include "commands/inspect_command.h"
 #include "commands/compare_options.h"
 #include "commands/solve_options.h"
+#include "commands/tune_command.h"
 #include "methods/automatic.h"
 #include "methods/method_catalogue.h"
 #include "methods/suggestion.h"
@@ -73,6 +74,7 @@ std::vector<Verb> makeTable() {
     table.push_back(runVerb());
     table.push_back(compareVerb());
     table.push_back(solveVerb());
+    table.push_back(tuneVerb());
     table.push_back(inspectVerb());
     table.push_back(listingVerb(
         "methods", "list the methods and their parameters, with --json for programs",
