@@ -25,9 +25,14 @@ std::span<const Choice> extensionChoices() {
 
 constexpr std::array<Parameter, 2> kParameters{
     real("sigma", "pixels", 2.0, 0.5, 256.0,
-         "width of the Gaussian; noise of single pixels goes from about 1 on"),
+         "width of the Gaussian; noise of single pixels goes from about 1 on", "blurs wider"),
     choice("extend", ExtendByMirror, extensionChoices,
            "how the picture is extended beyond its borders"),
+};
+
+constexpr std::array<std::string_view, 2> kNotes{
+    "It softens edges as it softens noise; restore keeps edges.",
+    "The picture is mirrored by 6 sigma on each side, so a wide blur takes more memory.",
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{
@@ -63,7 +68,14 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
 
 }  // namespace
 
-constinit const Method kBlurMethod{"blur", "Blur a picture by a Gaussian, however wide",
-                                   kParameters, kLiterature, run};
+constinit const Method kBlurMethod{
+    .name = "blur",
+    .summary = "Blur a picture by a Gaussian, however wide",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .notes = kNotes,
+    .example = "orv blur photo.jpg soft.jpg --sigma 3",
+};
 
 }  // namespace orv

@@ -19,9 +19,17 @@ constexpr int kLeastSide = 2 * ColorToGreyTransferOperator::kSwatchSize + 1;
 
 constexpr std::array<Parameter, 2> kParameters{
     integer("seed", "number", 1, 0, 999999,
-            "start of the generator that places the swatches; others give other colours"),
+            "start of the generator that places the swatches; others give other colours",
+            "is another draw, neither more nor less"),
     real("floor", "grey levels", 1.0, 0.0, 255.0,
-         "darker samples of both pictures count as this; with 0, black pixels spoil colours"),
+         "darker samples of both pictures count as this; with 0, black pixels spoil colours",
+         "takes more shadows for alike"),
+};
+
+constexpr std::array<std::string_view, 3> kNotes{
+    "Brightness and texture alone tell the colour: take as COLOUR a crop of one material.",
+    "Smooth areas may get dots and contour lines of colour; another --seed draws others.",
+    "COLOUR needs three channels and at least 11 x 11 pixels.",
 };
 
 constexpr std::array<std::string_view, 1> kLiterature{
@@ -91,13 +99,16 @@ MethodResult run(Planes grey, Planes colour, const Arguments& arguments,
 }  // namespace
 
 constinit const Method kColorizeMethod{
-    "colorize",
-    "Give a grey picture the colours of another picture, place by place",
-    kParameters,
-    kLiterature,
-    /*run=*/nullptr,
-    /*picture=*/"GREY",
-    /*secondPicture=*/"COLOUR",
-    run};
+    .name = "colorize",
+    .summary = "Give a grey picture the colours of another picture, place by place",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = nullptr,
+    .picture = "GREY",
+    .secondPicture = "COLOUR",
+    .runWithSecond = run,
+    .notes = kNotes,
+    .example = "orv colorize grey.jpg fur.jpg colour.jpg --seed 7",
+};
 
 }  // namespace orv

@@ -37,11 +37,20 @@ std::span<const Choice> observedChoices() {
 constexpr std::array<Parameter, 5> kParameters{
     choice("kernel", 5, kernelChoices, "weights of the blur that is taken off, on both axes"),
     integer("iterations", "iterations", 1, 1, 100,
-            "each one more widens the blur that is taken off by two passes of the kernel"),
-    real("tau", "pixels^2", 0.01, 0.0, 10.0, "smoothing on top; above 0.05 it shows"),
+            "each one more widens the blur that is taken off by two passes of the kernel",
+            "takes a wider blur off"),
+    real("tau", "pixels^2", 0.01, 0.0, 10.0, "smoothing on top; above 0.05 it shows",
+         "sharpens more, and smooths more on top"),
     real("lambda", "1/pixels^2", 150.0, 0.0, 1000000.0,
-         "lambda times tau is the strength of sharpening; 1 to 1.5 suits"),
-    choice("keep-observed", 1, observedChoices, "what the blurred picture is compared with"),
+         "lambda times tau is the strength of sharpening; 1 to 1.5 suits", "sharpens more"),
+    rare(choice("keep-observed", 1, observedChoices,
+                "what the blurred picture is compared with")),
+};
+
+constexpr std::array<std::string_view, 3> kNotes{
+    "Noise is sharpened with the rest: smooth it first, or take shock.",
+    "A blur much wider than the kernel, above some 2 pixels, can't be taken off.",
+    "The strength is lambda times tau: with a larger tau take a smaller lambda.",
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{
@@ -68,7 +77,13 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
 }  // namespace
 
 constinit const Method kDeblurMethod{
-    "deblur", "Sharpen a slightly blurred picture by taking off what a known blur adds",
-    kParameters, kLiterature, run};
+    .name = "deblur",
+    .summary = "Sharpen a slightly blurred picture by taking off what a known blur adds",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .notes = kNotes,
+    .example = "orv deblur soft.jpg sharp.jpg --kernel 12921",
+};
 
 }  // namespace orv

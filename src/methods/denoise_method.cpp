@@ -17,19 +17,30 @@ namespace orv {
 namespace {
 
 constexpr std::array<Parameter, 13> kParameters{
-    choice("scheme", kSchemeAos, schemeChoices, kSchemeHelp),
-    choice("flow", kFlowVariational, flowChoices, kFlowHelp),
-    numberedChoice("solver", 0, solverChoices, kSolverHelp),
-    integer("solver-iterations", "iterations", 50, 1, 10000, kSolverIterationsHelp),
-    real("tau", "pixels^2", 1.0, 0.0, kLongestTau, kTauHelp),
-    real("sigma", "pixels", 0.5, 0.0, 64.0, kSigmaHelp),
-    real("contrast", "grey levels", 2.0, 0.01, 1000.0, kContrastHelp),
-    real("fidelity", "", 0.05, 0.0, 1000.0, "pull back toward the source; more keeps more"),
-    choice("norm", 0, gradientNormChoices, kNormHelp),
-    integer("steps", "steps", 4, 0, 1000, kStepsHelp),
-    choice("colours", RgbColours, workingColoursChoices, kColoursHelp),
-    real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp),
-    choice("border", StillBorder, workingBorderChoices, kBorderHelp),
+    rare(choice("scheme", kSchemeAos, schemeChoices, kSchemeHelp)),
+    rare(choice("flow", kFlowVariational, flowChoices, kFlowHelp)),
+    rare(numberedChoice("solver", 0, solverChoices, kSolverHelp)),
+    rare(integer("solver-iterations", "iterations", 50, 1, 10000, kSolverIterationsHelp,
+                 "is more exact and slower")),
+    real("tau", "pixels^2", 1.0, 0.0, kLongestTau, kTauHelp, "smooths more in a step"),
+    real("sigma", "pixels", 0.5, 0.0, 64.0, kSigmaHelp,
+         "smooths coarser noise, and fine edges too"),
+    real("contrast", "grey levels", 2.0, 0.01, 1000.0, kContrastHelp,
+         "smooths stronger edges too"),
+    real("fidelity", "", 0.05, 0.0, 1000.0, "pull back toward the source",
+         "keeps more of the source, noise included"),
+    rare(choice("norm", 0, gradientNormChoices, kNormHelp)),
+    integer("steps", "steps", 4, 0, 1000, kStepsHelp, "smooths more"),
+    rare(choice("colours", RgbColours, workingColoursChoices, kColoursHelp)),
+    rare(real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp, "smooths colour more")),
+    rare(choice("border", StillBorder, workingBorderChoices, kBorderHelp)),
+};
+
+constexpr std::array<std::string_view, 3> kNotes{
+    "The pull lets long runs end in a balance, where restore ends in a flat picture.",
+    "--contrast is in grey levels from 0 to 255, whatever the depth of the picture.",
+    "Some solvers break down or spoil pictures, and 2DSemi takes minutes with Thomas: take CG "
+    "there. orv solvers tells.",
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{
@@ -75,6 +86,9 @@ constinit const Method kDenoiseMethod{
     .parameters = kParameters,
     .literature = kLiterature,
     .run = run,
-    .choose = choose};
+    .choose = choose,
+    .notes = kNotes,
+    .example = "orv denoise noisy.jpg clean.jpg --fidelity 0.1",
+};
 
 }  // namespace orv

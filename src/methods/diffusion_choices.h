@@ -22,7 +22,7 @@ inline constexpr std::string_view kSolverHelp =
     "solver of the linear systems, by name or number; orv solvers lists them";
 inline constexpr std::string_view kSolverIterationsHelp =
     "most iterations of one solve; Thomas is direct and takes none";
-inline constexpr std::string_view kTauHelp = "length of a time step; more smooths more";
+inline constexpr std::string_view kTauHelp = "length of a time step";
 inline constexpr std::string_view kSigmaHelp =
     "blur before the gradient is taken; up to 0.05 means none";
 inline constexpr std::string_view kContrastHelp = "gradients well above this count as edges";

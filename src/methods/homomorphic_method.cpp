@@ -40,14 +40,25 @@ std::span<const Choice> extensionChoices() {
 constexpr std::array<Parameter, 6> kParameters{
     choice("mode", 8, modeChoices, "what comes out"),
     real("gamma", "exponent", 1.8, 0.1, 100.0,
-         "how much compress takes from the light: 1 nothing, 2 its root; below 1 darkens"),
+         "how much compress takes from the light: 1 nothing, 2 its root; below 1 darkens",
+         "lifts shadows more"),
     real("sigma", "pixels", 8.0, 0.5, 256.0,
-         "width of the Gaussian that tells light from detail"),
+         "width of the Gaussian that tells light from detail",
+         "keeps more contrast in the dark, with wider halos"),
     choice("extend", ExtendByMirror, extensionChoices,
            "how the picture is extended beyond its borders"),
     real("floor", "grey levels", 1.0, 0.0, 255.0,
-         "darker samples count as this much; 0 leaves them, but black has no logarithm"),
-    real("scale", "factor", 1.0, 0.001, 1000.0, "multiplies the result"),
+         "darker samples count as this much; 0 leaves them, but black has no logarithm",
+         "lifts the darkest shadows less"),
+    real("scale", "factor", 1.0, 0.001, 1000.0, "multiplies the result", "is brighter"),
+};
+
+constexpr std::array<std::string_view, 3> kNotes{
+    "Noise in the shadows is lifted with them: run wavelet or denoise first.",
+    "The channels are treated apart: colours grow paler, and smooth deep shadows may break "
+    "into bands; --gamma 1.3 is milder.",
+    "All modes but compress and illumination give numbers around 0 or 1, black in 8 bits "
+    "without --scale.",
 };
 
 constexpr std::array<std::string_view, 1> kLiterature{
@@ -103,7 +114,13 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
 }  // namespace
 
 constinit const Method kHomomorphicMethod{
-    "homomorphic", "Even out the light of a picture by filtering its logarithm", kParameters,
-    kLiterature, run};
+    .name = "homomorphic",
+    .summary = "Even out the light of a picture by filtering its logarithm",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .notes = kNotes,
+    .example = "orv homomorphic dusk.jpg even.jpg --gamma 1.3",
+};
 
 }  // namespace orv

@@ -66,6 +66,11 @@ struct Method {
     void (*choose)(const NoiseToRemove& noise, Arguments& arguments) = nullptr;
     /// Whether a client should choose without being asked, when nothing or little is given.
     bool automatic = false;
+
+    /// What people trip over, one sentence or two each.
+    std::span<const std::string_view> notes = {};
+    /// A command of the tool that shows the method at its best.
+    std::string_view example = {};
 };
 
 }  // namespace orv

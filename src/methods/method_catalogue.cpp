@@ -71,6 +71,10 @@ void writeParameter(JsonText& json, const Parameter& parameter) {
             break;
     }
     json.member("help", parameter.help);
+    if (!parameter.larger.empty()) {
+        json.member("larger", parameter.larger);
+    }
+    json.memberBool("rare", parameter.rare);
     json.end();
 }
 
@@ -107,6 +111,12 @@ std::string catalogueAsJson() {
             writeParameter(json, parameter);
         }
         json.end();
+        json.beginArray("notes");
+        for (const std::string_view line : method->notes) {
+            json.element(line);
+        }
+        json.end();
+        json.member("example", method->example);
         json.beginArray("literature");
         for (const std::string_view line : method->literature) {
             json.element(line);

@@ -29,17 +29,23 @@ struct Parameter {
     std::span<const Choice> (*choices)();  ///< null but for a choice
     bool choicesByNumber;   ///< a choice may also be given as the engine's number
     std::string_view help;  ///< one line
+    /// What a larger number does, after "larger": "smooths more"; empty for choices and flags.
+    std::string_view larger = {};
+    bool rare = false;  ///< most users never need it; short helps name it alone
 };
 
 /// A real parameter.
 constexpr Parameter real(std::string_view name, std::string_view unit, double defaultValue,
-                         double from, double to, std::string_view help) {
-    return {name, unit, ParameterKind::Real, defaultValue, from, to, nullptr, false, help};
+                         double from, double to, std::string_view help,
+                         std::string_view larger = {}) {
+    return {name, unit,  ParameterKind::Real, defaultValue, from, to, nullptr, false,
+            help, larger};
 }
 
 /// An integer parameter.
 constexpr Parameter integer(std::string_view name, std::string_view unit, int defaultValue,
-                            int from, int to, std::string_view help) {
+                            int from, int to, std::string_view help,
+                            std::string_view larger = {}) {
     return {name,
             unit,
             ParameterKind::Integer,
@@ -48,7 +54,8 @@ constexpr Parameter integer(std::string_view name, std::string_view unit, int de
             static_cast<double>(to),
             nullptr,
             false,
-            help};
+            help,
+            larger};
 }
 
 /// A parameter that is chosen by name.
@@ -72,6 +79,12 @@ constexpr Parameter numberedChoice(std::string_view name, int defaultValue,
 constexpr Parameter flag(std::string_view name, bool defaultValue, std::string_view help) {
     return {name,  "",  ParameterKind::Flag, defaultValue ? 1.0 : 0.0, 0.0, 1.0, nullptr,
             false, help};
+}
+
+/// A parameter that most users never need.
+constexpr Parameter rare(Parameter parameter) {
+    parameter.rare = true;
+    return parameter;
 }
 
 /// What stands for the value in help and messages: "PIXELS", "GREY-LEVELS", "NAME", "N"; empty

@@ -16,7 +16,14 @@ namespace {
 
 constexpr std::array<Parameter, 1> kParameters{
     real("strength", "share", 1.0, 0.0, 1.0,
-         "how far the colours move: 1 takes over those of STYLE, 0 keeps those of SOURCE"),
+         "how far the colours move: 1 takes over those of STYLE, 0 keeps those of SOURCE",
+         "takes over more"),
+};
+
+constexpr std::array<std::string_view, 3> kNotes{
+    "Pictures of like content suit each other best; their sizes don't matter.",
+    "A grey SOURCE is tinted; two grey pictures match in brightness and contrast.",
+    "Noise in a flat channel is stretched with the rest: smooth SOURCE first.",
 };
 
 constexpr std::array<std::string_view, 1> kLiterature{
@@ -81,13 +88,17 @@ MethodResult run(Planes planes, Planes style, const Arguments& arguments,
 
 }  // namespace
 
-constinit const Method kRecolorMethod{"recolor",
-                                      "Give a picture the colours of another one",
-                                      kParameters,
-                                      kLiterature,
-                                      /*run=*/nullptr,
-                                      /*picture=*/"SOURCE",
-                                      /*secondPicture=*/"STYLE",
-                                      run};
+constinit const Method kRecolorMethod{
+    .name = "recolor",
+    .summary = "Give a picture the colours of another one",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = nullptr,
+    .picture = "SOURCE",
+    .secondPicture = "STYLE",
+    .runWithSecond = run,
+    .notes = kNotes,
+    .example = "orv recolor photo.jpg evening.jpg warm.jpg --strength 0.6",
+};
 
 }  // namespace orv

@@ -18,23 +18,37 @@ namespace orv {
 namespace {
 
 constexpr std::array<Parameter, 16> kParameters{
-    choice("scheme", kSchemeAos, schemeChoices, kSchemeHelp),
-    choice("flow", kFlowPeronaMalik, flowChoices, kFlowHelp),
-    numberedChoice("solver", 0, solverChoices, kSolverHelp),
-    integer("solver-iterations", "iterations", 50, 1, 10000, kSolverIterationsHelp),
-    real("tau", "pixels^2", 1.0, 0.0, kLongestTau, kTauHelp),
-    real("sigma", "pixels", 0.5, 0.0, 64.0, kSigmaHelp),
-    real("contrast", "grey levels", 5.0, 0.01, 1000.0, kContrastHelp),
-    choice("norm", 0, gradientNormChoices, kNormHelp),
-    flag("substeps", false, "split the explicit half steps of ADI, AMOS and 2DImplicit"),
-    integer("steps", "steps", 4, 0, 1000, kStepsHelp),
-    choice("colours", RgbColours, workingColoursChoices, kColoursHelp),
-    real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp),
-    choice("border", StillBorder, workingBorderChoices, kBorderHelp),
-    real("shrinkage", "", 0.0, 0.0, 1.0,
-         "share of wavelet shrinkage in the result; 0 is diffusion alone"),
-    real("noise", "grey levels", -1.0, -1.0, 255.0, kNoiseHelp),
-    integer("shifts", "shifts", 4, 1, kMostShifts, kShiftsHelp),
+    rare(choice("scheme", kSchemeAos, schemeChoices, kSchemeHelp)),
+    rare(choice("flow", kFlowPeronaMalik, flowChoices, kFlowHelp)),
+    rare(numberedChoice("solver", 0, solverChoices, kSolverHelp)),
+    rare(integer("solver-iterations", "iterations", 50, 1, 10000, kSolverIterationsHelp,
+                 "is more exact and slower")),
+    real("tau", "pixels^2", 1.0, 0.0, kLongestTau, kTauHelp, "smooths more in a step"),
+    real("sigma", "pixels", 0.5, 0.0, 64.0, kSigmaHelp,
+         "smooths coarser noise, and fine edges too"),
+    real("contrast", "grey levels", 5.0, 0.01, 1000.0, kContrastHelp,
+         "smooths stronger edges too"),
+    rare(choice("norm", 0, gradientNormChoices, kNormHelp)),
+    rare(flag("substeps", false, "split the explicit half steps of ADI, AMOS and 2DImplicit")),
+    integer("steps", "steps", 4, 0, 1000, kStepsHelp, "smooths more"),
+    rare(choice("colours", RgbColours, workingColoursChoices, kColoursHelp)),
+    rare(real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp, "smooths colour more")),
+    rare(choice("border", StillBorder, workingBorderChoices, kBorderHelp)),
+    rare(real("shrinkage", "", 0.0, 0.0, 1.0,
+              "share of wavelet shrinkage in the result; 0 is diffusion alone",
+              "takes less from diffusion")),
+    rare(real("noise", "grey levels", -1.0, -1.0, 255.0, kNoiseHelp,
+              "removes more by shrinkage")),
+    rare(integer("shifts", "shifts", 4, 1, kMostShifts, kShiftsHelp,
+                 "leaves fewer ripples and takes longer")),
+};
+
+constexpr std::array<std::string_view, 4> kNotes{
+    "Too much costs more than too little: start low and add steps.",
+    "--contrast and --noise are grey levels from 0 to 255, whatever the depth of the picture.",
+    "Noise in grains of several pixels looks like edges: raise --sigma, or --max-side first.",
+    "Some solvers break down or spoil pictures, and 2DSemi takes minutes with Thomas: take CG "
+    "there. orv solvers tells.",
 };
 
 constexpr std::array<std::string_view, 3> kLiterature{
@@ -83,6 +97,9 @@ constinit const Method kRestoreMethod{
     .literature = kLiterature,
     .run = run,
     .choose = choose,
-    .automatic = true};
+    .automatic = true,
+    .notes = kNotes,
+    .example = "orv restore noisy.jpg clean.jpg --steps 2",
+};
 
 }  // namespace orv

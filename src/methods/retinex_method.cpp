@@ -14,14 +14,24 @@ namespace {
 
 constexpr std::array<Parameter, 4> kParameters{
     real("gamma", "", 2.0, 0.1, 100.0,
-         "how much of the illumination is taken away: 1 nothing, 2 its root, 100 nearly all"),
+         "how much of the illumination is taken away: 1 nothing, 2 its root, 100 nearly all",
+         "brightens the dark more"),
     real("alpha", "", 0.0001, 0.0, 1.0,
-         "lifts the illumination off the picture; from about 0.03 on the result darkens"),
+         "lifts the illumination off the picture; from about 0.03 on the result darkens",
+         "brightens less"),
     real("beta", "", 0.1, 0.0, 2.0,
-         "lets the illumination follow edges; halos from about 0.5 on, noise above 1"),
+         "lets the illumination follow edges; halos from about 0.5 on, noise above 1",
+         "makes halos narrower and deeper"),
     integer("levels", "levels", 0, 0, 20,
             "sizes of the picture at which the light is sought, each half of the one before; "
-            "more brighten more; 0 takes two less than fit"),
+            "0 takes two less than fit",
+            "brightens more"),
+};
+
+constexpr std::array<std::string_view, 3> kNotes{
+    "Noise and JPEG blocks in the dark grow brighter with the rest: run denoise first.",
+    "Hardly anything happens to a picture that uses the whole range everywhere.",
+    "A cast fades, since each channel loses its own light.",
 };
 
 constexpr std::array<std::string_view, 2> kLiterature{
@@ -67,7 +77,13 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
 }  // namespace
 
 constinit const Method kRetinexMethod{
-    "retinex", "Brighten what lies in the dark by dividing the light out of a picture",
-    kParameters, kLiterature, run};
+    .name = "retinex",
+    .summary = "Brighten what lies in the dark by dividing the light out of a picture",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .notes = kNotes,
+    .example = "orv retinex night.jpg bright.jpg --gamma 1.5",
+};
 
 }  // namespace orv

@@ -18,9 +18,8 @@ struct Shrinkage {
 };
 
 inline constexpr std::string_view kNoiseHelp =
-    "deviation of the noise; more removes more, -1 measures it in each plane";
-inline constexpr std::string_view kShiftsHelp =
-    "results on shifted pictures that are averaged; more leave fewer ripples and take longer";
+    "deviation of the noise; -1 measures it in each plane";
+inline constexpr std::string_view kShiftsHelp = "results on shifted pictures that are averaged";
 inline constexpr int kMostShifts = 16;
 
 /// Whether the plane is large enough for one level.

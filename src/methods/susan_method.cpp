@@ -12,10 +12,18 @@ namespace {
 
 constexpr std::array<Parameter, 3> kParameters{
     real("threshold", "grey levels", 30.0, 0.5, 1000.0,
-         "neighbours that differ by this count for little; take 1.5 times the noise"),
+         "neighbours that differ by this count for little; take 1.5 times the noise",
+         "smooths across stronger edges"),
     real("sigma", "pixels", 1.5, 0.3, 50.0,
-         "how fast neighbours count less with their distance; from 4 on nearly all alike"),
-    integer("passes", "passes", 2, 1, 100, "runs, each on the result of the one before"),
+         "how fast neighbours count less with their distance; from 4 on nearly all alike",
+         "smooths more"),
+    integer("passes", "passes", 2, 1, 100, "runs, each on the result of the one before",
+            "smooths more"),
+};
+
+constexpr std::array<std::string_view, 2> kNotes{
+    "Take a threshold of 1.5 to 2 times the noise with 2 passes, of 3 to 4 times with 1.",
+    "With a threshold below 9, lone pixels that differ by more than 27 thresholds turn black.",
 };
 
 constexpr std::array<std::string_view, 1> kLiterature{
@@ -31,7 +39,13 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
 }  // namespace
 
 constinit const Method kSusanMethod{
-    "susan", "Smooth noise and specks by means over neighbours of like brightness", kParameters,
-    kLiterature, run};
+    .name = "susan",
+    .summary = "Smooth noise and specks by means over neighbours of like brightness",
+    .parameters = kParameters,
+    .literature = kLiterature,
+    .run = run,
+    .notes = kNotes,
+    .example = "orv susan noisy.jpg smooth.jpg --threshold 15",
+};
 
 }  // namespace orv

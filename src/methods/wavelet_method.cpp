@@ -54,15 +54,22 @@ std::span<const Choice> extensionChoices() {
 constexpr std::array<Parameter, 8> kParameters{
     choice("rule", 0, ruleChoices, "how the threshold of a band is chosen"),
     numberedChoice("wavelet", 3, waveletChoices, "the filters, by name or number"),
-    integer(
-        "levels", "levels", 0, 0, 30,
-        "how often the picture is halved; more reaches coarser noise, 0 takes as many as fit"),
+    integer("levels", "levels", 0, 0, 30,
+            "how often the picture is halved; 0 takes as many as fit", "reaches coarser noise"),
     choice("extend", kMirror, extensionChoices,
            "how the picture is extended to sizes that can be halved"),
-    real("noise", "grey levels", -1.0, -1.0, 255.0, kNoiseHelp),
-    integer("shifts", "shifts", 1, 1, kMostShifts, kShiftsHelp),
-    choice("colours", RgbColours, workingColoursChoices, kColoursHelp),
-    real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp),
+    real("noise", "grey levels", -1.0, -1.0, 255.0, kNoiseHelp, "removes more"),
+    rare(integer("shifts", "shifts", 1, 1, kMostShifts, kShiftsHelp,
+                 "leaves fewer ripples and takes longer")),
+    rare(choice("colours", RgbColours, workingColoursChoices, kColoursHelp)),
+    rare(real("chroma", "", 1.0, 0.0, 100.0, kChromaHelp, "removes more from colour")),
+};
+
+constexpr std::array<std::string_view, 3> kNotes{
+    "The noise is measured in the picture, so no strength has to be given.",
+    "--extend zero is what the C function does: it dims borders and finds too little noise.",
+    "haar takes pictures from 4 x 4 pixels, daubechies6 and 5/3 from 8 x 8, the others from "
+    "16 x 16.",
 };
 
 constexpr std::array<std::string_view, 3> kLiterature{
@@ -168,6 +175,9 @@ constinit const Method kWaveletMethod{
     .parameters = kParameters,
     .literature = kLiterature,
     .run = run,
-    .choose = choose};
+    .choose = choose,
+    .notes = kNotes,
+    .example = "orv wavelet noisy.jpg clean.jpg --rule sure",
+};
 
 }  // namespace orv
