@@ -2,161 +2,170 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <vector>
 
+#include "help/help_layout.h"
+#include "help/option_help.h"
+#include "help/topics.h"
 #include "image_file.h"
+#include "options/common_options.h"
 
 namespace orv::cli {
 
 namespace {
 
-constexpr std::size_t kColumn = 32;
-constexpr std::size_t kWidth = 80;
-/// Stands for a space at which no line is broken.
-constexpr char kJoin = '\x1f';
-/// Longer lists of choices have a verb of their own.
-constexpr std::size_t kShownChoices = 10;
+/// The lines of a short help.
+constexpr std::size_t kShortLines = 40;
+/// Where summaries begin in the list of the verbs.
+constexpr std::size_t kVerbColumn = 15;
 
-/// "  left      right", with the right side wrapped under itself.
-std::string row(const std::string& left, const std::string& right) {
-    std::string text = "  " + left;
-    if (text.size() + 2 > kColumn) {
-        text += "\n" + std::string(kColumn, ' ');
-    } else {
-        text.resize(kColumn, ' ');
+/// What a short help shows; the rest is named alone.
+struct Shown {
+    std::size_t options = 0;  ///< the first so many of all groups
+    bool notes = true;
+};
+
+std::size_t optionCount(const Verb& verb) {
+    std::size_t count = 0;
+    for (const OptionGroup* const group : verb.groups) {
+        count += group->options.size();
     }
-    std::size_t at = kColumn;
-    std::size_t from = 0;
-    while (from < right.size()) {
-        const std::size_t end = std::min(right.find(' ', from), right.size());
-        const std::size_t length = end - from;
-        if (at > kColumn && at + 1 + length > kWidth) {
-            text += "\n" + std::string(kColumn, ' ');
-            at = kColumn;
-        } else if (at > kColumn) {
-            text += ' ';
-            ++at;
-        }
-        std::string word = right.substr(from, length);
-        std::replace(word.begin(), word.end(), kJoin, ' ');
-        text += word;
-        at += length;
-        from = end + 1;
-    }
-    return text + "\n";
+    return count;
 }
 
-std::string joined(std::string text) {
-    std::replace(text.begin(), text.end(), ' ', kJoin);
-    return text;
-}
-
-std::string range(const Parameter& parameter) {
-    switch (parameter.kind) {
-        case ParameterKind::Flag:
-            return {};
-        case ParameterKind::Choice:
-            return " " + joined("[default: " + defaultText(parameter) + "]");
-        case ParameterKind::Real:
-        case ParameterKind::Integer:
-            break;
-    }
-    return "; " + joined(numberText(parameter.from) + " to " + numberText(parameter.to)) + " " +
-           joined("[default: " + defaultText(parameter) + "]");
-}
-
-std::string choiceRows(const Parameter& parameter) {
+std::string parameterRows(const Verb& verb, HelpLength length) {
     std::string text;
-    const std::span<const Choice> choices = parameter.choices();
-    if (choices.size() > kShownChoices) {
-        return text;
+    for (const Parameter& parameter : verb.parameters) {
+        if (length == HelpLength::Short && parameter.rare) {
+            continue;
+        }
+        const bool rows = length == HelpLength::Full && listsChoices(parameter);
+        text += helpRow(writtenParameter(parameter), toldParameter(parameter, !rows));
+        if (rows) {
+            for (const Choice& candidate : parameter.choices()) {
+                text +=
+                    helpRow("    " + std::string(candidate.name), std::string(candidate.help));
+            }
+        }
     }
-    for (const Choice& candidate : choices) {
-        text += row("    " + std::string(candidate.name), std::string(candidate.help));
-    }
-    return text;
+    return text.empty() ? text : "\n" + verb.parametersTitle + ":\n" + text;
 }
 
-std::string parameterRows(std::span<const Parameter> parameters) {
+/// The number of groups that stand before the parameters: those before the files, or the first.
+std::size_t leadingGroups(const Verb& verb) {
+    const auto files = std::find(verb.groups.begin(), verb.groups.end(), &kFileOptions);
+    return files == verb.groups.end() ? 1
+                                      : static_cast<std::size_t>(files - verb.groups.begin());
+}
+
+/// The rows of the groups from `from` to `to`, of the first `shown` options of all alone.
+std::string groupRows(const Verb& verb, std::size_t from, std::size_t to, std::size_t shown) {
     std::string text;
-    for (const Parameter& parameter : parameters) {
-        const std::string value = placeholder(parameter);
-        text += row("--" + std::string(parameter.name) + (value.empty() ? "" : " " + value),
-                    std::string(parameter.help) + range(parameter));
-        if (parameter.kind == ParameterKind::Choice) {
-            text += choiceRows(parameter);
+    std::size_t i = 0;
+    for (std::size_t g = 0; g < std::min(to, verb.groups.size()); ++g) {
+        std::string rows;
+        for (const Option& option : verb.groups[g]->options) {
+            if (i++ < shown && g >= from) {
+                rows += helpRow(writtenOption(option), withUnbrokenDefault(option.help));
+            }
+        }
+        text += rows.empty() ? rows : "\n" + std::string(verb.groups[g]->title) + ":\n" + rows;
+    }
+    return text;
+}
+
+/// The options that a short help names alone.
+std::string moreOptions(const Verb& verb, std::size_t shown) {
+    std::string text;
+    const auto add = [&](const std::string& written) {
+        text += (text.empty() ? "" : ", ") + unbroken(written);
+    };
+    for (const Parameter& parameter : verb.parameters) {
+        if (parameter.rare) {
+            add(writtenParameter(parameter));
+        }
+    }
+    std::size_t i = 0;
+    for (const OptionGroup* const group : verb.groups) {
+        for (const Option& option : group->options) {
+            if (i++ >= shown) {
+                add(writtenOption(option));
+            }
+        }
+    }
+    return text.empty() ? text
+                        : "\nMore options, told by orv help " + verb.name + " --all:\n" +
+                              helpParagraphs(text);
+}
+
+std::string notesOf(const Verb& verb) {
+    std::string text = verb.notes.empty() ? "" : "\n" + helpParagraphs(verb.notes);
+    if (verb.method != nullptr && !verb.method->notes.empty()) {
+        text += "\nGood to know:\n";
+        for (const std::string_view note : verb.method->notes) {
+            text += helpParagraphs("- " + std::string(note), 2);
         }
     }
     return text;
 }
 
-constexpr std::string_view kExitCodes =
-    "Exit codes:\n"
-    "  0  done\n"
-    "  1  some pictures of several failed\n"
-    "  2  the command line is wrong\n"
-    "  3  a file can't be read\n"
-    "  4  a file can't be written\n"
-    "  5  the method refused, or its result isn't finite\n"
-    "  6  more memory is needed than may be used\n"
-    "  130  interrupted\n";
-
-/// A text in lines of at most kWidth characters.
-std::string paragraphs(const std::string& text) {
-    std::string result;
-    std::size_t at = 0;
-    std::size_t from = 0;
-    while (from < text.size()) {
-        const std::size_t end = std::min(text.find_first_of(" \n", from), text.size());
-        const std::size_t length = end - from;
-        if (at > 0 && at + 1 + length > kWidth) {
-            result += "\n";
-            at = 0;
-        } else if (at > 0) {
-            result += ' ';
-            ++at;
+std::string literatureOf(const Verb& verb) {
+    std::string text;
+    if (verb.method != nullptr) {
+        text += "\nLiterature:\n";
+        for (const std::string_view line : verb.method->literature) {
+            text += helpParagraphs("- " + std::string(line), 2);
         }
-        result += text.substr(from, length);
-        at += length;
-        if (end < text.size() && text[end] == '\n') {
-            result += "\n";
-            at = 0;
-        }
-        from = end + 1;
-    }
-    return result + "\n";
-}
-
-/// "-o, --output OUT"
-std::string written(const Option& option) {
-    std::string text = "--" + std::string(option.name);
-    if (option.letter != '\0') {
-        text = "-" + std::string(1, option.letter) + ", " + text;
-    }
-    if (option.kind == OptionKind::Maybe) {
-        return text + "[=" + std::string(option.placeholder) + "]";
-    }
-    return option.placeholder.empty() ? text : text + " " + std::string(option.placeholder);
-}
-
-/// A help text whose default stays on one line.
-std::string withDefaultJoined(std::string_view help) {
-    const std::size_t from = std::min(help.find("[default:"), help.size());
-    return std::string(help.substr(0, from)) + joined(std::string(help.substr(from)));
-}
-
-std::string groupRows(const OptionGroup& group) {
-    std::string text = "\n" + std::string(group.title) + ":\n";
-    for (const Option& option : group.options) {
-        text += row(written(option), withDefaultJoined(option.help));
     }
     return text;
 }
 
-std::string usageOf(const Verb& verb) {
-    return verb.name + (verb.words.empty() ? "" : " " + verb.words);
+std::string composed(const Verb& verb, HelpLength length, const Shown& shown) {
+    std::string text = helpParagraphs(verb.summary);
+    if (!verb.about.empty()) {
+        text += "\n" + helpParagraphs(verb.about);
+    }
+    text += "\nUsage: orv " + writtenVerb(verb) + " [options]\n";
+    const std::size_t leading = leadingGroups(verb);
+    text += groupRows(verb, 0, leading, shown.options) + parameterRows(verb, length) +
+            groupRows(verb, leading, verb.groups.size(), shown.options);
+    if (length == HelpLength::Short) {
+        text += moreOptions(verb, shown.options);
+    }
+    if (shown.notes) {
+        text += notesOf(verb);
+    }
+    const std::string example = exampleOf(verb);
+    if (!example.empty()) {
+        text += "\nExample: " + example + "\n";
+    }
+    return length == HelpLength::Full ? text + literatureOf(verb) : text;
 }
 
 }  // namespace
+
+std::string welcomeText() {
+    struct Start {
+        std::string_view verb;
+        std::string_view command;
+        std::string_view result;
+    };
+    static constexpr Start kStarts[] = {
+        {"restore", "orv restore photo.jpg", "less noise, sharp edges: photo.restored.jpg"},
+        {"inspect", "orv inspect photo.jpg", "what is in a picture and what would help it"},
+        {"compare", "orv compare photo.jpg photo.restored.jpg -o look.html",
+         "before and after, side by side"},
+        {"batch", "orv batch restore photos -o clean", "a whole folder"},
+    };
+    std::string text = "orv restores and enhances pictures. To begin with:\n\n";
+    for (const Start& start : kStarts) {
+        if (findVerb(start.verb) != nullptr) {
+            text += "  " + std::string(start.command) + "\n      " + std::string(start.result) +
+                    "\n";
+        }
+    }
+    return text + "\norv help lists all verbs and topics; orv VERB --help tells about one.\n";
+}
 
 std::string generalHelp() {
     std::string text =
@@ -164,43 +173,33 @@ std::string generalHelp() {
         "\n"
         "Usage: orv VERB [arguments]\n"
         "\n"
-        "Verbs:\n";
+        "Verbs; orv VERB --help tells about one:\n";
     for (const Verb& verb : verbTable()) {
-        text += row(usageOf(verb), verb.summary);
+        text += helpRow(verb.name, verb.summary, kVerbColumn);
     }
-    text +=
-        "\n"
-        "Options:\n";
-    text += row("-h, --help", "show this; " + joined("orv VERB --help") + " or " +
-                                  joined("orv help VERB") + " tells about a verb");
-    text += row("--version", "show the version");
-    text += "\nPicture files: " + writableExtensions() + "\n\n" + std::string(kExitCodes);
+    text += "\nTopics; orv help TOPIC tells about one:\n";
+    for (const HelpTopic& topic : helpTopics()) {
+        text += helpRow(std::string(topic.name), std::string(topic.summary), kVerbColumn);
+    }
+    text += "\nOptions:\n";
+    text += helpRow("-h, --help", "show this", kVerbColumn);
+    text += helpRow("--version", "show the version", kVerbColumn);
     return text;
 }
 
-std::string verbHelp(const Verb& verb) {
-    std::string text = verb.summary + "\n";
-    if (!verb.about.empty()) {
-        text += "\n" + paragraphs(verb.about);
+std::string verbHelp(const Verb& verb, HelpLength length) {
+    Shown shown{optionCount(verb), true};
+    if (length == HelpLength::Full) {
+        return composed(verb, length, shown);
     }
-    text += "\nUsage: orv " + usageOf(verb) + " [options]\n";
-    if (!verb.parameters.empty()) {
-        text += "\n" + verb.parametersTitle + ":\n" + parameterRows(verb.parameters);
+    std::string text = composed(verb, length, shown);
+    while (lineCount(text) > kShortLines && shown.options > 0) {
+        --shown.options;
+        text = composed(verb, length, shown);
     }
-    for (const OptionGroup* const group : verb.groups) {
-        text += groupRows(*group);
-    }
-    if (!verb.notes.empty()) {
-        text += "\n" + paragraphs(verb.notes);
-    }
-    if (!verb.example.empty()) {
-        text += "\nExample: " + verb.example + "\n";
-    }
-    if (verb.method != nullptr) {
-        text += "\nLiterature:\n";
-        for (const std::string_view line : verb.method->literature) {
-            text += "  " + std::string(line) + "\n";
-        }
+    if (lineCount(text) > kShortLines) {
+        shown.notes = false;
+        text = composed(verb, length, shown);
     }
     return text;
 }

@@ -5,6 +5,7 @@
 #include <new>
 #include <string>
 
+#include "commands/help_verbs.h"
 #include "help_text.h"
 #include "image_file.h"
 #include "memory/memory_limit.h"
@@ -30,29 +31,15 @@ bool looksLikePicture(const std::string& word) {
            (stat(word.c_str(), &status) == 0 && S_ISREG(status.st_mode));
 }
 
-ExitCode help(const Words& words) {
-    if (words.empty()) {
-        orv::cli::print(orv::cli::generalHelp());
-        return ExitCode::Done;
-    }
-    const orv::cli::Verb* const verb = orv::cli::findVerb(words.front());
-    if (verb == nullptr) {
-        return unknownVerb(words.front());
-    }
-    orv::cli::print(orv::cli::verbHelp(*verb));
-    return ExitCode::Done;
-}
-
 ExitCode dispatch(const Words& all) {
     if (all.empty()) {
-        return orv::cli::fail(ExitCode::Usage,
-                              "a verb is missing (usage: orv VERB [arguments]); orv --help "
-                              "lists all");
+        std::fputs(orv::cli::welcomeText().c_str(), stderr);
+        return ExitCode::Usage;
     }
     const std::string& word = all.front();
     const Words words(std::next(all.begin()), all.end());
-    if (word == "--help" || word == "-h" || word == "help") {
-        return help(words);
+    if (word == "--help" || word == "-h") {
+        return orv::cli::helpCommand(*orv::cli::findVerb("help"), words);
     }
     if (word == "--version") {
         orv::cli::print(orv::cli::versionText());
@@ -60,7 +47,7 @@ ExitCode dispatch(const Words& all) {
     }
     const orv::cli::Verb* const verb = orv::cli::findVerb(word);
     if (verb != nullptr) {
-        return verb->run(*verb, words);
+        return orv::cli::answerHelp(*verb, words) ? ExitCode::Done : verb->run(*verb, words);
     }
     if (looksLikePicture(word)) {
         return orv::cli::fail(ExitCode::Usage,

@@ -12,7 +12,7 @@ namespace orv::cli {
 namespace {
 
 /// More verbs than these aren't listed one by one.
-constexpr std::size_t kListedVerbs = 4;
+constexpr std::size_t kListedVerbs = 3;
 
 /// The options of a verb as the user writes them, for "did you mean".
 std::vector<std::string> optionNames(const Verb& verb) {
@@ -54,7 +54,8 @@ bool hasOption(const Verb& verb, std::string_view written) {
     return false;
 }
 
-/// The other verbs that have an option, as "denoise" or "methods and solvers"; empty when none.
+/// The other verbs that have an option, as "denoise", "methods and solvers" or "restore, denoise,
+/// wavelet and others"; empty when none.
 std::string verbsWith(const std::string& written) {
     std::vector<std::string_view> verbs;
     for (const Verb& verb : verbTable()) {
@@ -62,14 +63,19 @@ std::string verbsWith(const std::string& written) {
             verbs.push_back(verb.name);
         }
     }
-    return verbs.size() > kListedVerbs ? "the verbs that write a picture" : listed(verbs);
+    if (verbs.size() > kListedVerbs) {
+        verbs.resize(kListedVerbs);
+        verbs.push_back("others");
+    }
+    return listed(verbs);
 }
 
 std::string unexpectedOption(const Verb& verb, const std::string& word) {
     const std::string written = word.substr(0, word.find('='));
     const std::string others = verbsWith(written);
     if (!others.empty()) {
-        return written + ": is an option of " + others + ", not of " + verb.name;
+        return written + ": is an option of " + others + ", not of " + verb.name + " (orv " +
+               verb.name + " --help lists all)";
     }
     const std::vector<std::string> names = optionNames(verb);
     const std::vector<std::string_view> views(names.begin(), names.end());

@@ -4,6 +4,7 @@
 #include "commands/commands.h"
 #include "commands/inspect_command.h"
 #include "commands/compare_options.h"
+#include "commands/help_verbs.h"
 #include "commands/solve_options.h"
 #include "commands/tune_command.h"
 #include "methods/automatic.h"
@@ -52,6 +53,7 @@ Verb runVerb() {
         "replay a recipe on pictures, and verify the result where the recipe tells it";
     verb.words = "RECIPE IN... [OUT]";
     verb.groups = {&kPresetOptions, &kFileOptions, &kRecordOptions, &kRunOptions};
+    verb.example = "orv run --preset scan page.png";
     verb.run = runCommand;
     return verb;
 }
@@ -62,6 +64,7 @@ Verb listingVerb(std::string name, std::string summary,
     verb.name = std::move(name);
     verb.summary = std::move(summary);
     verb.groups = {&kListingOptions};
+    verb.example = "orv " + verb.name + " --json";
     verb.run = run;
     return verb;
 }
@@ -82,6 +85,8 @@ std::vector<Verb> makeTable() {
     table.push_back(listingVerb("solvers",
                                 "list the linear solvers that --solver takes, also with --json",
                                 solversCommand));
+    table.push_back(helpVerb());
+    table.push_back(completionsVerb());
     return table;
 }
 
