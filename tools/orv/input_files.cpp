@@ -113,7 +113,7 @@ class FolderSearch {
         for (const std::string& name : listing.files) {
             const std::string inside = below(relative, name);
             if (isWanted(inside, settings_)) {
-                files_.push_back({below(folder, name), inside});
+                files_.push_back({below(folder, name), inside, /*found=*/true});
             }
         }
         foldersInside_ += listing.folders.size();
@@ -219,7 +219,7 @@ std::string addPattern(const std::string& word, const InputSettings& settings,
         base.empty() || base.back() == '/' ? base.size() : base.size() + 1;
     for (const std::string& path : found) {
         if (!isFolder(path)) {
-            files.push_back({path, path.substr(skipped)});
+            files.push_back({path, path.substr(skipped), /*found=*/true});
             continue;
         }
         // A folder that a pattern finds may well hold no picture.

@@ -10,6 +10,7 @@ namespace orv::cli {
 struct InputFile {
     std::string path;      ///< "-" for standard input
     std::string relative;  ///< below the folder or pattern that named it, or its name alone
+    bool found = false;    ///< whether a folder or a pattern named it
 };
 
 /// How words become pictures.

@@ -109,25 +109,21 @@ std::string outputRefusal(const std::vector<InputFile>& inputs, const OutputOrde
         return "-o -: standard output holds one picture, and " + count +
                " are to be written; name a folder";
     }
-    struct stat status {};
-    const bool exists = stat(output.c_str(), &status) == 0;
-    const bool several = inputs.size() > 1 || order.intoFolder || !order.pattern.empty();
-    if (!several || output.empty() || output == "-" || (exists && S_ISDIR(status.st_mode))) {
+    if (output.empty() || output == "-") {
         return {};
     }
-    if (exists) {
-        return output + ": is a file; " +
-               (inputs.size() > 1 ? count + " pictures go into a folder"
-                                  : "-o names the folder that results go into");
+    struct stat status {};
+    if (isOutputFolder(inputs, order)) {
+        return stat(output.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)
+                   ? output + ": is a file, and -o names the folder that results go into"
+                   : std::string();
     }
-    if (!order.intoFolder && output.back() != '/' && formatOfName(output) != nullptr) {
-        const std::string folder = "name a folder (" + output + "/ for one of this name)";
-        return inputs.size() > 1 ? output + ": names one file, and " + count +
-                                       " pictures are to be written; " + folder
-                                 : output + ": names one file, and --name is given; " + folder +
-                                       " or leave --name out";
+    if (inputs.size() == 1 && order.pattern.empty()) {
+        return {};
     }
-    return {};
+    return output + ": names one file, and " +
+           (inputs.size() > 1 ? count + " pictures are to be written" : "--name is given") +
+           "; name a folder (" + output + "/ for one of this name)";
 }
 
 std::string resultPath(const InputFile& input, std::size_t number, const OutputOrder& order,
@@ -192,13 +188,18 @@ std::string outputBeside(const std::string& input, std::string_view suffix,
            resultEnding(input, ending);
 }
 
-bool isOutputFolder(const OutputOrder& order) {
+bool isOutputFolder(const std::vector<InputFile>& inputs, const OutputOrder& order) {
     if (order.output.empty() || order.output == "-") {
         return false;
     }
     struct stat status {};
-    return order.intoFolder || order.output.back() == '/' ||
-           (stat(order.output.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
+    if (order.intoFolder || order.output.back() == '/' ||
+        (stat(order.output.c_str(), &status) == 0 && S_ISDIR(status.st_mode))) {
+        return true;
+    }
+    const bool several =
+        inputs.size() != 1 || order.severalNamed || inputs[0].found || !order.pattern.empty();
+    return several && formatOfName(order.output) == nullptr;
 }
 
 std::string planOutputs(const std::vector<InputFile>& inputs, const OutputOrder& order,
@@ -215,7 +216,7 @@ std::string planOutputs(const std::vector<InputFile>& inputs, const OutputOrder&
         used.pattern = "{stem}{ext}";
     }
     const NamePattern pattern(used, inputs.size());
-    const bool folder = isOutputFolder(order) || inputs.size() > 1 || !order.pattern.empty();
+    const bool folder = isOutputFolder(inputs, order);
     std::map<std::string, const InputFile*> sources;
     for (const InputFile& input : inputs) {
         sources.emplace(placeOf(input.path), &input);

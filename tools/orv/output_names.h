@@ -16,6 +16,7 @@ struct OutputOrder {
     std::string verb;                 ///< for {verb}
     std::string ending;               ///< of --format, with its dot; empty: that of the picture
     bool intoFolder = false;          ///< whether -o is a folder whatever it looks like
+    bool severalNamed = false;  ///< whether there were several words, even for one picture
 };
 
 /// The fields of a pattern, for help and messages.
@@ -38,8 +39,10 @@ std::string patternRefusal(const std::string& pattern);
 std::string outputBeside(const std::string& input, std::string_view suffix = "restored",
                          std::string_view ending = {});
 
-/// Whether -o is a folder: it exists as one, ends in '/', or is told to be one.
-bool isOutputFolder(const OutputOrder& order);
+/// Whether -o is a folder for these pictures: it exists as one, ends in '/', or is told to be one;
+/// or there may be several pictures (several words, a folder, a pattern, a pattern of names) and
+/// its ending isn't that of a picture.
+bool isOutputFolder(const std::vector<InputFile>& inputs, const OutputOrder& order);
 
 /// The path of the result of each input, in their order; "-" is standard output.
 ///

@@ -129,7 +129,7 @@ TEST(OutputNames, OfSeveralPicturesNeedAFolder) {
                     "(out.ppm/ for one of this name)"});
     EXPECT_EQ(planned(inputs, into("out.ppm/")), (Names{"out.ppm/a.ppm", "out.ppm/b.ppm"}));
     EXPECT_EQ(planned(inputs, into(file)),
-              Names{file + ": is a file; 2 pictures go into a folder"});
+              Names{file + ": is a file, and -o names the folder that results go into"});
     EXPECT_EQ(planned(inputs, into("-")),
               Names{"-o -: standard output holds one picture, and 2 are to be written; name a "
                     "folder"});
@@ -138,7 +138,17 @@ TEST(OutputNames, OfSeveralPicturesNeedAFolder) {
 TEST(OutputNames, WithAPatternNeedAFolder) {
     EXPECT_EQ(planned({{"a.ppm", "a.ppm"}}, into("out.ppm", "{stem}{ext}")),
               Names{"out.ppm: names one file, and --name is given; name a folder (out.ppm/ for "
-                    "one of this name) or leave --name out"});
+                    "one of this name)"});
+}
+
+TEST(OutputNames, OfOneOfSeveralThatMightHaveBeenAreInAFolder) {
+    OutputOrder order = into("none");
+    EXPECT_EQ(planned({{"in/a.ppm", "a.ppm", /*found=*/true}}, order), Names{"none/a.ppm"});
+    EXPECT_EQ(planned({{"a.ppm", "a.ppm"}}, order), Names{"none"});
+    order.severalNamed = true;
+    EXPECT_EQ(planned({{"a.ppm", "a.ppm"}}, order), Names{"none/a.ppm"});
+    order.output = "out.ppm";
+    EXPECT_EQ(planned({{"a.ppm", "a.ppm", /*found=*/true}}, order), Names{"out.ppm"});
 }
 
 TEST(OutputNames, OfABatchAreInAFolderWhateverItsName) {
@@ -148,8 +158,9 @@ TEST(OutputNames, OfABatchAreInAFolderWhateverItsName) {
 
     EXPECT_EQ(planned({{"a.ppm", "a.ppm"}}, order), Names{"out.ppm/a.ppm"});
     order.output = folder.file("out");
-    EXPECT_EQ(planned({{"a.ppm", "a.ppm"}}, order),
-              Names{order.output + ": is a file; -o names the folder that results go into"});
+    EXPECT_EQ(
+        planned({{"a.ppm", "a.ppm"}}, order),
+        Names{order.output + ": is a file, and -o names the folder that results go into"});
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ Failure planFiles(const Verb& verb, const Words& words, const CommandLine& line,
     if (!error.empty()) {
         return {ExitCode::Input, std::move(error)};
     }
-    order.intoFolder = !order.output.empty() && (named.size() > 1 || inputs.size() > 1);
+    order.severalNamed = named.size() > 1;
     std::vector<std::string> outputs;
     error = planOutputs(inputs, order, outputs);
     if (!error.empty()) {
