@@ -254,6 +254,64 @@ class VipsFormats(Pictures):
 
 
 @NEEDS_VIPS
+class Wishes(Pictures):
+    """--format, --quality, --alpha and --max-side."""
+
+    def size(self, name):
+        return (self.folder / name).stat().st_size
+
+    def test_quality_decides_on_the_size(self):
+        write_netpbm(self.folder / "in.ppm", 64, 64, samples(64, 64, 3))
+        for ending in ("jpg", "webp"):
+            for quality in ("1", "92", "100"):
+                self.done("in.ppm", "-o", f"{quality}.{ending}", "--quality", quality, *KEEP)
+            self.done("in.ppm", "-o", f"usual.{ending}", *KEEP)
+            self.assertLess(self.size(f"1.{ending}"), self.size(f"92.{ending}"))
+            self.assertLess(self.size(f"92.{ending}"), self.size(f"100.{ending}"))
+            self.assertEqual((self.folder / f"usual.{ending}").read_bytes(), (self.folder / f"92.{ending}").read_bytes())
+        self.done("100.webp", "-o", "back.ppm", *KEEP)
+        self.assertEqual(read_netpbm(self.folder / "back.ppm")[4], samples(64, 64, 3))
+
+    def test_no_quality_has_less_resolution_of_colours(self):
+        write_netpbm(self.folder / "in.ppm", 64, 64, samples(64, 64, 3))
+        for quality in ("1", "50", "100"):
+            self.done("in.ppm", "-o", "out.jpg", "--quality", quality, "-f", *KEEP)
+            frames = [body for marker, body in jpeg_segments((self.folder / "out.jpg").read_bytes()) if marker in (0xC0, 0xC2)]
+            self.assertEqual([frames[0][i] for i in (7, 10, 13)], [0x11, 0x11, 0x11])
+
+    def test_format_decides_on_the_ending_beside(self):
+        write_netpbm(self.folder / "in.ppm", 8, 8, samples(8, 8, 3))
+        self.done("in.ppm", "--format", "png", *KEEP)
+        self.assertEqual(read_png(self.folder / "in.restored.png")[4], samples(8, 8, 3))
+
+    def test_alpha_may_be_dropped(self):
+        for depth in (8, 16):
+            values = samples(8, 8, 4, depth)
+            write_png(self.folder / "in.png", 8, 8, values, 4, depth)
+            self.done("in.png", "-o", "out.png", "--alpha", "drop", "-f", *KEEP)
+            colours = [v for i, v in enumerate(values) if i % 4 != 3]
+            self.assertEqual(read_png(self.folder / "out.png"), (8, 8, 3, depth, colours))
+
+    def test_alpha_may_be_restored(self):
+        values = samples(32, 32, 4)
+        write_png(self.folder / "in.png", 32, 32, values, 4)
+        spread = {}
+        for mode in ("keep", "restore"):
+            self.done("in.png", "-o", f"{mode}.png", "--alpha", mode)
+            alpha = read_png(self.folder / f"{mode}.png")[4][3::4]
+            spread[mode] = sum((a - 127.5) ** 2 for a in alpha)
+            self.assertEqual(alpha == values[3::4], mode == "keep")
+        self.assertLess(spread["restore"], spread["keep"])
+
+    def test_max_side_scales_down_and_never_up(self):
+        write_png(self.folder / "in.png", 60, 30, [90, 120, 60] * 1800, 3)
+        self.done("in.png", "-o", "small.png", "--max-side", "20", *KEEP)
+        self.assertEqual(read_png(self.folder / "small.png"), (20, 10, 3, 8, [90, 120, 60] * 200))
+        self.done("in.png", "-o", "same.png", "--max-side", "60", *KEEP)
+        self.assertEqual(read_png(self.folder / "same.png")[:2], (60, 30))
+
+
+@NEEDS_VIPS
 @NEEDS_MAGICK
 class UnusualPictures(Pictures):
     def test_cmyk_becomes_rgb(self):
