@@ -178,8 +178,8 @@ def diffusion_candidate(options, steps, command="restore --shrinkage 0 --border 
         return [
             f"{command} {options} --steps {steps} --contrast {factor * deviation:.5g} "
             f"--tau {time / steps:.5g} --sigma {sigma}"
-            for factor in (0.1, 0.15, 0.25, 0.4)
-            for time in (1, 4, 8, 16)
+            for factor in (0.12, 0.2, 0.35)
+            for time in (3, 8, 16)
             for sigma in (0.5, 0.8)
         ]
 
@@ -191,7 +191,7 @@ def candidates():
     found = {}
     lod = "--colours opponent --scheme LOD --flow"
     for scheme in ("LOD", "ADI --substeps", "AOS"):
-        for steps in (1, 2, 4, 8):
+        for steps in (1, 4, 8):
             name = f"{scheme.split()[0]}, {steps} step{'s' if steps > 1 else ''}"
             found[name] = diffusion_candidate(
                 f"--colours opponent --scheme {scheme} --flow PM", steps)

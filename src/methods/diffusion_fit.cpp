@@ -23,6 +23,11 @@ void chooseSteps(const DiffusionFit& fit, Arguments& arguments) {
     arguments.choose("tau", fit.time / std::max(1, steps));
 }
 
+/// Whether a step holds an explicit half, which overshoots at the tau of a fit.
+bool isHalfExplicit(int scheme) {
+    return scheme == kSchemeAdi || scheme == kSchemeAmos || scheme == kScheme2DImplicit;
+}
+
 }  // namespace
 
 double workingDeviation(const NoiseToRemove& noise, const Arguments& arguments) {
@@ -43,6 +48,9 @@ void chooseWorkingPlanes(const NoiseToRemove& noise, Arguments& arguments) {
 void chooseDiffusion(const NoiseToRemove& noise, const DiffusionFit& fit,
                      Arguments& arguments) {
     arguments.choose("scheme", fit.scheme);
+    if (isHalfExplicit(arguments.integer("scheme"))) {
+        arguments.choose("substeps", 1.0);
+    }
     arguments.choose("flow", fit.flow);
     chooseSteps(fit, arguments);
     arguments.choose("sigma", fit.sigma);

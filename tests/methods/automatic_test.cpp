@@ -133,8 +133,9 @@ TEST(Automatic, ChosenParametersSuitTheGivenOnes) {
     Arguments steps = argumentsOf(kRestoreMethod, {{"steps", "8"}});
     Arguments tau = argumentsOf(kRestoreMethod, {{"tau", "0.5"}});
     Arguments rgb = argumentsOf(kRestoreMethod, {{"colours", "rgb"}});
+    Arguments adi = argumentsOf(kRestoreMethod, {{"scheme", "ADI"}});
 
-    for (Arguments* const arguments : {&open, &steps, &tau, &rgb}) {
+    for (Arguments* const arguments : {&open, &steps, &tau, &rgb, &adi}) {
         kRestoreMethod.choose(noise, *arguments);
     }
 
@@ -144,6 +145,9 @@ TEST(Automatic, ChosenParametersSuitTheGivenOnes) {
     // A channel has sqrt(3) times the noise of brightness.
     EXPECT_NEAR(rgb.real("contrast"), std::sqrt(3.0) * open.real("contrast"), 0.01);
     EXPECT_NEAR(rgb.real("noise"), 15.0, 1e-9);
+    // What is explicit in ADI overshoots unless it is split.
+    EXPECT_TRUE(adi.flag("substeps"));
+    EXPECT_FALSE(open.flag("substeps"));
 }
 
 TEST(Automatic, MoreStrengthChangesMore) {
@@ -206,18 +210,18 @@ TEST(Automatic, TakesPicturesOfAnySize) {
     }
 }
 
-// What each method gains on 112 x 96 pixels of a photo; measured gains less a tenth.
+// What each method gains on 112 x 96 pixels of a photo; what was measured less 0.2 dB.
 TEST(Automatic, GainsOnPhotosOfEveryNoise) {
     const struct {
         const Method* method;
         double deviation;
         double gain;
-    } cases[] = {{&kRestoreMethod, 5.0, 3.0},  {&kRestoreMethod, 10.0, 4.7},
-                 {&kRestoreMethod, 20.0, 6.8}, {&kRestoreMethod, 40.0, 8.9},
-                 {&kDenoiseMethod, 5.0, 2.5},  {&kDenoiseMethod, 10.0, 4.2},
-                 {&kDenoiseMethod, 20.0, 6.2}, {&kDenoiseMethod, 40.0, 8.0},
-                 {&kWaveletMethod, 5.0, 3.0},  {&kWaveletMethod, 10.0, 4.5},
-                 {&kWaveletMethod, 20.0, 6.5}, {&kWaveletMethod, 40.0, 8.6}};
+    } cases[] = {{&kRestoreMethod, 5.0, 3.8},  {&kRestoreMethod, 10.0, 6.2},
+                 {&kRestoreMethod, 20.0, 8.5}, {&kRestoreMethod, 40.0, 10.0},
+                 {&kDenoiseMethod, 5.0, 2.8},  {&kDenoiseMethod, 10.0, 5.4},
+                 {&kDenoiseMethod, 20.0, 7.9}, {&kDenoiseMethod, 40.0, 9.8},
+                 {&kWaveletMethod, 5.0, 3.8},  {&kWaveletMethod, 10.0, 6.1},
+                 {&kWaveletMethod, 20.0, 8.2}, {&kWaveletMethod, 40.0, 9.6}};
     for (const auto& c : cases) {
         double gain = 0.0;
         for (const char* const name : test::kPhotoCrops) {
