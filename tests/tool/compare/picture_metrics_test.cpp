@@ -126,6 +126,21 @@ TEST(PictureMetrics, HistogramsCountEverySample) {
     EXPECT_EQ(channel.after[254], 1u);
 }
 
+TEST(PictureMetrics, HistogramsRoundFractionsToTheNearestLevel) {
+    // 154 and 103 of 257 are 0.6 and 0.4 of a level.
+    const Picture before = pictureOf(4, 1, 1, Shorts{2570, 2570, 2570, 2570});
+    const Picture after = pictureOf(4, 1, 1, Shorts{2724, 2673, 2416, 2467});
+
+    const ChannelComparison channel = comparePictures(before, after).channels[0];
+
+    EXPECT_EQ(channel.differences[256], 1u);
+    EXPECT_EQ(channel.differences[255], 2u);
+    EXPECT_EQ(channel.differences[254], 1u);
+    EXPECT_EQ(channel.after[11], 1u);
+    EXPECT_EQ(channel.after[10], 2u);
+    EXPECT_EQ(channel.after[9], 1u);
+}
+
 TEST(PictureMetrics, DifferenceOfAShareIsTheSmallestThatHoldsIt) {
     const Picture before = pictureOf(4, 1, 1, Bytes{0, 0, 0, 9});
     const Picture after = pictureOf(4, 1, 1, Bytes{0, 2, 3, 0});
