@@ -43,6 +43,12 @@ def default(parameter):
     return f"`{value}`" if isinstance(value, str) else plain(value)
 
 
+def effect(parameter):
+    """Returns what the parameter does, and what a larger number does."""
+    larger = parameter.get("larger", "")
+    return parameter["help"] + (f"; larger {larger}" if larger else "")
+
+
 def cell(text):
     return text.replace("|", "\\|")
 
@@ -51,7 +57,7 @@ def tables(method):
     """Returns the table of all parameters and one table for each choice of a few names."""
     lines = ["| Parameter | Takes | Default | What it does |", "|---|---|---|---|"]
     for parameter in method["parameters"]:
-        fields = (f"`--{parameter['name']}`", takes(parameter), default(parameter), parameter["help"])
+        fields = (f"`--{parameter['name']}`", takes(parameter), default(parameter), effect(parameter))
         lines.append("| " + " | ".join(cell(field) for field in fields) + " |")
     for parameter in method["parameters"]:
         choices = parameter.get("choices", [])

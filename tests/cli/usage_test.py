@@ -170,7 +170,7 @@ class Listings(unittest.TestCase):
             with open("/dev/full", "w") as full:
                 done = subprocess.run([TOOL, verb, "--json"], stdout=full, stderr=subprocess.PIPE)
             self.assertEqual(done.returncode, 4)
-            self.assertEqual(done.stderr, b"orv: standard output can't be written\n")
+            self.assertEqual(done.stderr, b"orv: standard output can't be written: No space left on device\n")
 
     def test_solvers_as_json(self):
         code, text, error = run("solvers", "--json")

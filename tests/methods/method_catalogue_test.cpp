@@ -33,6 +33,25 @@ TEST(MethodCatalogue, DescribesEveryParameterOnce) {
     }
 }
 
+TEST(MethodCatalogue, TellsOfEveryNumberWhatALargerOneDoes) {
+    for (const Method* const method : methodCatalogue()) {
+        for (const Parameter& parameter : method->parameters) {
+            SCOPED_TRACE(std::string(method->name) + " " + std::string(parameter.name));
+            const bool number = parameter.kind == ParameterKind::Real ||
+                                parameter.kind == ParameterKind::Integer;
+            EXPECT_EQ(!parameter.larger.empty(), number);
+        }
+    }
+}
+
+TEST(MethodCatalogue, HasNotesAndAnExampleOfEveryMethod) {
+    for (const Method* const method : methodCatalogue()) {
+        EXPECT_FALSE(method->notes.empty()) << method->name;
+        const std::string command = "orv " + std::string(method->name) + " ";
+        EXPECT_EQ(method->example.substr(0, command.size()), command);
+    }
+}
+
 TEST(MethodCatalogue, WritesEveryParameterAndChoiceAsJson) {
     const std::string json = catalogueAsJson();
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <set>
 #include <vector>
 
 #include "help/help_layout.h"
@@ -21,16 +22,45 @@ constexpr std::size_t kVerbColumn = 15;
 
 /// What a short help shows; the rest is named alone.
 struct Shown {
-    std::size_t options = 0;  ///< the first so many of all groups
-    bool notes = true;
+    std::set<const Option*> options;
+    std::size_t notes = 0;  ///< the first so many of the method's
+    bool text = true;       ///< the paragraphs at the end
 };
 
-std::size_t optionCount(const Verb& verb) {
-    std::size_t count = 0;
-    for (const OptionGroup* const group : verb.groups) {
-        count += group->options.size();
+/// The number of groups that stand before the parameters: those before the files, or the first.
+std::size_t leadingGroups(const Verb& verb) {
+    const auto files = std::find(verb.groups.begin(), verb.groups.end(), &kFileOptions);
+    return files == verb.groups.end() ? 1
+                                      : static_cast<std::size_t>(files - verb.groups.begin());
+}
+
+/// The options in the order in which a short help does without them: those that everybody needs,
+/// or all others.
+std::vector<const Option*> dispensable(const Verb& verb, bool needed) {
+    std::vector<const Option*> order;
+    for (std::size_t g = verb.groups.size(); g-- > 0;) {
+        const OptionGroup& group = *verb.groups[g];
+        for (std::size_t i = group.options.size(); i-- > 0;) {
+            const Option& option = group.options[i];
+            const bool keep =
+                g < leadingGroups(verb) || option.name == "output" || option.name == "force";
+            if (keep == needed) {
+                order.push_back(&option);
+            }
+        }
     }
-    return count;
+    return order;
+}
+
+Shown everything(const Verb& verb) {
+    Shown shown;
+    for (const OptionGroup* const group : verb.groups) {
+        for (const Option& option : group->options) {
+            shown.options.insert(&option);
+        }
+    }
+    shown.notes = verb.method != nullptr ? verb.method->notes.size() : 0;
+    return shown;
 }
 
 std::string parameterRows(const Verb& verb, HelpLength length) {
@@ -51,21 +81,13 @@ std::string parameterRows(const Verb& verb, HelpLength length) {
     return text.empty() ? text : "\n" + verb.parametersTitle + ":\n" + text;
 }
 
-/// The number of groups that stand before the parameters: those before the files, or the first.
-std::size_t leadingGroups(const Verb& verb) {
-    const auto files = std::find(verb.groups.begin(), verb.groups.end(), &kFileOptions);
-    return files == verb.groups.end() ? 1
-                                      : static_cast<std::size_t>(files - verb.groups.begin());
-}
-
-/// The rows of the groups from `from` to `to`, of the first `shown` options of all alone.
-std::string groupRows(const Verb& verb, std::size_t from, std::size_t to, std::size_t shown) {
+/// The rows of the groups from `from` to `to`.
+std::string groupRows(const Verb& verb, std::size_t from, std::size_t to, const Shown& shown) {
     std::string text;
-    std::size_t i = 0;
-    for (std::size_t g = 0; g < std::min(to, verb.groups.size()); ++g) {
+    for (std::size_t g = from; g < std::min(to, verb.groups.size()); ++g) {
         std::string rows;
         for (const Option& option : verb.groups[g]->options) {
-            if (i++ < shown && g >= from) {
+            if (shown.options.count(&option) > 0) {
                 rows += helpRow(writtenOption(option), withUnbrokenDefault(option.help));
             }
         }
@@ -75,21 +97,20 @@ std::string groupRows(const Verb& verb, std::size_t from, std::size_t to, std::s
 }
 
 /// The options that a short help names alone.
-std::string moreOptions(const Verb& verb, std::size_t shown) {
+std::string moreOptions(const Verb& verb, const Shown& shown) {
     std::string text;
-    const auto add = [&](const std::string& written) {
-        text += (text.empty() ? "" : ", ") + unbroken(written);
+    const auto add = [&](std::string_view name) {
+        text += (text.empty() ? "--" : ", --") + std::string(name);
     };
     for (const Parameter& parameter : verb.parameters) {
         if (parameter.rare) {
-            add(writtenParameter(parameter));
+            add(parameter.name);
         }
     }
-    std::size_t i = 0;
     for (const OptionGroup* const group : verb.groups) {
         for (const Option& option : group->options) {
-            if (i++ >= shown) {
-                add(writtenOption(option));
+            if (shown.options.count(&option) == 0) {
+                add(option.name);
             }
         }
     }
@@ -98,13 +119,12 @@ std::string moreOptions(const Verb& verb, std::size_t shown) {
                               helpParagraphs(text);
 }
 
-std::string notesOf(const Verb& verb) {
-    std::string text = verb.notes.empty() ? "" : "\n" + helpParagraphs(verb.notes);
-    if (verb.method != nullptr && !verb.method->notes.empty()) {
-        text += "\nGood to know:\n";
-        for (const std::string_view note : verb.method->notes) {
-            text += helpParagraphs("- " + std::string(note), 2);
-        }
+std::string notesOf(const Verb& verb, const Shown& shown) {
+    std::string text =
+        verb.notes.empty() || !shown.text ? "" : "\n" + helpParagraphs(verb.notes);
+    for (std::size_t i = 0; i < shown.notes; ++i) {
+        text += i == 0 ? "\nGood to know:\n" : "";
+        text += helpParagraphs("- " + std::string(verb.method->notes[i]), 2);
     }
     return text;
 }
@@ -127,14 +147,12 @@ std::string composed(const Verb& verb, HelpLength length, const Shown& shown) {
     }
     text += "\nUsage: orv " + writtenVerb(verb) + " [options]\n";
     const std::size_t leading = leadingGroups(verb);
-    text += groupRows(verb, 0, leading, shown.options) + parameterRows(verb, length) +
-            groupRows(verb, leading, verb.groups.size(), shown.options);
+    text += groupRows(verb, 0, leading, shown) + parameterRows(verb, length) +
+            groupRows(verb, leading, verb.groups.size(), shown);
     if (length == HelpLength::Short) {
-        text += moreOptions(verb, shown.options);
+        text += moreOptions(verb, shown);
     }
-    if (shown.notes) {
-        text += notesOf(verb);
-    }
+    text += notesOf(verb, shown);
     const std::string example = exampleOf(verb);
     if (!example.empty()) {
         text += "\nExample: " + example + "\n";
@@ -188,19 +206,27 @@ std::string generalHelp() {
 }
 
 std::string verbHelp(const Verb& verb, HelpLength length) {
-    Shown shown{optionCount(verb), true};
-    if (length == HelpLength::Full) {
-        return composed(verb, length, shown);
-    }
+    Shown shown = everything(verb);
     std::string text = composed(verb, length, shown);
-    while (lineCount(text) > kShortLines && shown.options > 0) {
-        --shown.options;
+    const auto tooLong = [&] {
         text = composed(verb, length, shown);
+        return length == HelpLength::Short && lineCount(text) > kShortLines;
+    };
+    const auto shorten = [&](bool needed) {
+        for (const Option* const option : dispensable(verb, needed)) {
+            if (!tooLong()) {
+                return;
+            }
+            shown.options.erase(option);
+        }
+    };
+    shorten(/*needed=*/false);
+    shown.text = !tooLong();
+    while (tooLong() && shown.notes > 1) {
+        --shown.notes;
     }
-    if (lineCount(text) > kShortLines) {
-        shown.notes = false;
-        text = composed(verb, length, shown);
-    }
+    shorten(/*needed=*/true);
+    tooLong();
     return text;
 }
 

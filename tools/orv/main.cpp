@@ -1,6 +1,8 @@
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <new>
 #include <string>
@@ -57,6 +59,19 @@ ExitCode dispatch(const Words& all) {
     return unknownVerb(word);
 }
 
+/// Why standard output can't be written, or an empty text.
+std::string outputFailure() {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+        return {};
+    }
+    // A long text was written before this flush, and its reason is gone: another try tells.
+    std::clearerr(stdout);
+    errno = 0;
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+    return errno != 0 ? std::strerror(errno) : "it was cut short";
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -67,10 +82,10 @@ int main(int argc, char** argv) {
     } catch (const std::bad_alloc&) {
         code = orv::cli::fail(ExitCode::Memory, "not enough memory for this picture");
     }
-    // A long text is written before the flush, so that a full disk shows in the stream alone.
-    const bool unwritten = std::fflush(stdout) != 0 || std::ferror(stdout) != 0;
-    if (unwritten && code == ExitCode::Done) {
-        code = orv::cli::fail(ExitCode::Output, "standard output can't be written");
+    const std::string unwritten = outputFailure();
+    if (!unwritten.empty() && code == ExitCode::Done) {
+        code =
+            orv::cli::fail(ExitCode::Output, "standard output can't be written: " + unwritten);
     }
     return static_cast<int>(code);
 }

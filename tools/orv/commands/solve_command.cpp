@@ -1,7 +1,9 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <utility>
@@ -12,9 +14,11 @@
 #include "image_file.h"
 #include "interruption.h"
 #include "messages.h"
+#include "methods/diffusion_choices.h"
 #include "methods/interleaved_planes.h"
 #include "methods/plane_run.h"
 #include "methods/solver_listing.h"
+#include "methods/suggestion.h"
 #include "options/command_line.h"
 #include "output_file.h"
 #include "pipeline/job_options.h"
@@ -67,13 +71,35 @@ std::unique_ptr<FloatImage> brightnessOf(const Planes& planes, const StudiedPict
     return plane;
 }
 
-bool writeFile(const std::string& path, const std::string& text) {
+/// Fails:   with a reason; an empty text means success.
+std::string writeFile(const std::string& path, const std::string& text) {
+    errno = 0;
     std::FILE* const file = std::fopen(path.c_str(), "wb");
     if (file == nullptr) {
-        return false;
+        return std::strerror(errno);
     }
     const bool whole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    return std::fclose(file) == 0 && whole;
+    return std::fclose(file) == 0 && whole ? std::string() : std::strerror(errno);
+}
+
+/// What forbids studying the scheme that is given, though restore takes it.
+std::string schemeRefusal(const Verb& verb, const CommandLine& line) {
+    for (const auto& [name, text] : line.parameters) {
+        double value = 0.0;
+        const bool known =
+            name == "scheme" && parseValue(*verb.parameter(name), text, value).empty();
+        if (name != "scheme" || known) {
+            continue;
+        }
+        for (const Choice& scheme : schemeChoices()) {
+            if (sameWord(scheme.name, text)) {
+                return "--scheme: '" + text +
+                       "' is a scheme of restore that solve doesn't study (expected " +
+                       expectation(*verb.parameter(name)) + ")";
+            }
+        }
+    }
+    return {};
 }
 
 /// Why nothing at all was measured, in words; empty when something was.
@@ -158,9 +184,10 @@ ExitCode process(const SolveRequest& request, const Arguments& arguments, StudyO
 
     const StudyReport report{request.command, part, arguments, study};
     if (!request.output.empty()) {
-        if (!writeFile(output.temporaryPath(), reportText(report, format))) {
+        error = writeFile(output.temporaryPath(), reportText(report, format));
+        if (!error.empty()) {
             bar.clear();
-            return fail(ExitCode::Output, request.output + ": can't be written");
+            return fail(ExitCode::Output, request.output + ": can't be written: " + error);
         }
         error = output.commit();
         if (!error.empty()) {
@@ -190,6 +217,9 @@ ExitCode solveCommand(const Verb& verb, const Words& words) {
                                    : wordTooMany(verb, line.words[1]);
     }
     Arguments arguments(verb.parameters);
+    if (error.empty()) {
+        error = schemeRefusal(verb, line);
+    }
     if (error.empty()) {
         error = setArguments(line, arguments);
     }
