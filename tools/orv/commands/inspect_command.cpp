@@ -106,7 +106,7 @@ Verb inspectVerb() {
     verb.words = "IN...";
     verb.groups = {&kInspectOptions};
     verb.about = kAbout;
-    verb.example = "orv inspect scan.tif tells size, noise and a command for it";
+    verb.example = "orv inspect scan.tif";
     verb.run = inspectCommand;
     return verb;
 }

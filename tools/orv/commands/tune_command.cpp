@@ -245,7 +245,7 @@ Verb tuneVerb() {
     verb.groups = {&kTuneOptions, &kReportRunOptions};
     verb.about = kAbout;
     verb.notes = kNotes;
-    verb.example = "orv tune restore IN --tau 1..8 --contrast 5,10,20 shows 12 results";
+    verb.example = "orv tune restore photo.jpg --tau 1..8 --contrast 5,10,20 -o sheet.png";
     verb.run = tuneCommand;
     return verb;
 }

@@ -41,7 +41,7 @@ constexpr std::array<Option, 7> kFiles{{
      "transparency: keep it untouched, restore it like a colour, drop it [default: keep]",
      ValueKind::Words, "keep restore drop"},
     {"max-side", '\0', OptionKind::Value, "PIXELS", "a whole number from 1 to 1000000",
-     "scale the picture down first until no side is longer"},
+     "scale the picture down first until no side is longer; larger keeps more detail"},
 }};
 
 constexpr std::array<Option, 1> kSecond{{
@@ -59,7 +59,8 @@ constexpr std::array<Option, 2> kRecords{{
 
 constexpr std::array<Option, 4> kRun{{
     {"max-memory", '\0', OptionKind::Value, "SIZE", "a size such as 2G, 500M or 75%",
-     "the most memory to use, as 2G, 500M or 75% [default: 75% of what is free]"},
+     "the most memory to use, as 2G, 500M or 75%; larger takes larger pictures "
+     "[default: 75% of what is free]"},
     kProgress,
     kQuiet,
     kHelp,
