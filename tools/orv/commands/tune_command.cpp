@@ -106,8 +106,7 @@ Failure checkMemory(const std::string& name, const PictureHeader& header,
     }
     return {ExitCode::Memory, name + ": needs " + memoryText(needed) +
                                   " of memory, and may take " + memoryText(*limit) +
-                                  "; scale the picture down first by --max-side, or take "
-                                  "--max-memory " +
+                                  "; take --max-memory " +
                                   std::to_string(static_cast<long>(needed / 1e6) + 1) + "M"};
 }
 
@@ -241,7 +240,7 @@ Verb tuneVerb() {
     Verb verb;
     verb.name = "tune";
     verb.summary = "show a method over ranges of its parameters on a labelled contact sheet";
-    verb.words = "VERB IN";
+    verb.words = "VERB IN --PARAMETER VALUES";
     verb.groups = {&kTuneOptions, &kReportRunOptions};
     verb.about = kAbout;
     verb.notes = kNotes;

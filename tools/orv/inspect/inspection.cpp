@@ -1,5 +1,6 @@
 #include "inspect/inspection.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -12,10 +13,10 @@ namespace orv::cli {
 
 namespace {
 
-/// What decoding takes, and measuring the noise on planes and a copy of them.
+/// What decoding takes, or measuring the noise on planes and a copy of them.
 double measuringBytes(const PictureSize& size) {
-    const double planes = 4.0 * size.width * size.height * (size.channels + 2.0 * size.colours);
-    return jobBytes({}, {size}) + planes;
+    const double planes = 4.0 * size.width * size.height * 2.0 * size.colours;
+    return std::max(jobBytes({}, {size}), jobBytes({}, {}) + planes);
 }
 
 std::string measure(const PictureSource& source, Inspection& inspection) {

@@ -114,8 +114,8 @@ std::string memoryRows(const Inspection& inspection) {
         }
     }
     if (above) {
-        text += row("", "* more than the " + memoryText(*inspection.limit) +
-                            " that a run may take; --max-side N makes it fit");
+        text += row("", "* above the " + memoryText(*inspection.limit) +
+                            " that a run may take; --max-side makes it fit");
     }
     return text;
 }
