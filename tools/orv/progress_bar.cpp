@@ -1,19 +1,14 @@
 #include "progress_bar.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <utility>
 
 #include "interruption.h"
 #include "messages.h"
-#include "methods/json_text.h"
+#include "terminal.h"
 
 namespace orv::cli {
 
@@ -33,53 +28,10 @@ constexpr double kEnoughSeconds = 1.0;
 /// Seconds between two drawings of the line.
 constexpr double kRedraw = 0.1;
 
-bool isTerminal() {
-    const char* const kind = std::getenv("TERM");
-    return isatty(STDERR_FILENO) != 0 && (kind == nullptr || std::strcmp(kind, "dumb") != 0);
-}
-
-/// The characters that fit on a line without wrapping.
-int lineWidth() {
-    struct winsize size {};
-    int columns = 0;
-    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0) {
-        columns = size.ws_col;
-    }
-    if (columns == 0) {
-        const char* const told = std::getenv("COLUMNS");
-        columns = told == nullptr ? 0 : std::atoi(told);
-    }
-    // Some terminals wrap as soon as the last column is filled.
-    return (columns > 0 ? columns : 80) - 1;
-}
-
-std::string wholeSeconds(double seconds) {
-    const long whole = static_cast<long>(seconds + 0.5);
-    return whole < 60 ? std::to_string(whole) + " s" : durationText(static_cast<double>(whole));
-}
-
 std::string oneDecimal(double value) {
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%.1f", value);
     return text.data();
-}
-
-/// A text as JSON has it.
-std::string quoted(const std::string& text) {
-    JsonText json;
-    json.element(text);
-    std::string written = json.take();
-    while (!written.empty() && written.back() == '\n') {
-        written.pop_back();
-    }
-    return written;
-}
-
-ProgressStyle styleFor(ProgressStyle wanted) {
-    if (wanted != ProgressStyle::Automatic) {
-        return wanted;
-    }
-    return isTerminal() ? ProgressStyle::Bar : ProgressStyle::Lines;
 }
 
 double secondsSince(std::chrono::steady_clock::time_point start) {
@@ -140,7 +92,7 @@ void ProgressBar::show(const std::string& line) {
 void ProgressBar::phase(std::string_view action, const std::string& file) {
     if (style_ == ProgressStyle::Json) {
         std::fprintf(stderr, "{\"event\":\"%s\",\"label\":%s,\"file\":%s}\n",
-                     std::string(action).c_str(), quoted(label_).c_str(), quoted(file).c_str());
+                     std::string(action).c_str(), jsonQuoted(label_).c_str(), jsonQuoted(file).c_str());
     }
     if (style_ != ProgressStyle::Bar) {
         return;
@@ -148,7 +100,7 @@ void ProgressBar::phase(std::string_view action, const std::string& file) {
     const std::string shortForm = std::string(action) + " ...";
     const std::string longForm =
         label_ + ": " + std::string(action) + " " + printable(file) + " ...";
-    const auto width = static_cast<std::size_t>(std::max(lineWidth(), 0));
+    const auto width = static_cast<std::size_t>(std::max(terminalWidth(), 0));
     show(longForm.size() <= width ? longForm : shortForm.substr(0, width));
 }
 
@@ -226,14 +178,14 @@ void ProgressBar::writeJson(double done) const {
     std::fprintf(stderr,
                  "{\"event\":\"progress\",\"label\":%s,\"done\":%.2f,\"seconds\":%.1f,"
                  "\"left\":%s}\n",
-                 quoted(label_).c_str(), percent_ / 100.0, seconds(),
+                 jsonQuoted(label_).c_str(), percent_ / 100.0, seconds(),
                  left < 0.0 ? "null" : oneDecimal(left).c_str());
 }
 
 void ProgressBar::draw(int percent, double done) {
     drawn_ = true;
     if (style_ == ProgressStyle::Bar) {
-        show(progressLine(label_, percent, times(percent, done), lineWidth()));
+        show(progressLine(label_, percent, times(percent, done), terminalWidth()));
         return;
     }
     std::fprintf(stderr, "%s: %d %%, %s\n", label_.c_str(), percent,

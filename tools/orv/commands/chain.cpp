@@ -77,17 +77,27 @@ std::string takeSecond(const Verb& verb, bool first, CommandLine& line, std::str
 }
 
 std::string readPart(const Verb& verb, const Words& words, bool first, Chain& chain,
-                     CommandLine& line) {
-    std::string error = readCommandLine(verb, words, line);
+                     CommandLine& line, const OptionGroup* batch) {
+    Verb read = verb;
+    if (batch != nullptr) {
+        read.groups.push_back(batch);
+    }
+    std::string error = readCommandLine(read, words, line);
     if (!error.empty()) {
         return error;
     }
+    chain.parts.push_back(line);
     if (line.given("help")) {
         chain.help = &verb;
         return {};
     }
     Step step{verb.method, Arguments(verb.method->parameters), {}};
     error = setParameters(line.parameters, step);
+    if (error.empty() && first && batch != nullptr && !verb.method->secondPicture.empty() &&
+        !line.given("with")) {
+        error = verb.name + ": --with FILE is missing; it names the second picture, " +
+                std::string(verb.method->secondPicture);
+    }
     if (error.empty()) {
         error = takeSecond(verb, first, line, step.second);
     }
@@ -101,9 +111,10 @@ std::string readPart(const Verb& verb, const Words& words, bool first, Chain& ch
 
 }  // namespace
 
-std::string readChain(const Verb& verb, const Words& words, Chain& chain) {
+std::string readChain(const Verb& verb, const Words& words, Chain& chain,
+                      const OptionGroup* batch) {
     const std::vector<Words> all = parts(words);
-    std::string error = readPart(verb, all.front(), /*first=*/true, chain, chain.line);
+    std::string error = readPart(verb, all.front(), /*first=*/true, chain, chain.line, batch);
     for (std::size_t i = 1; i < all.size() && error.empty() && chain.help == nullptr; ++i) {
         const Verb* const next = verbOfPart(all[i], error);
         if (next == nullptr) {
@@ -111,7 +122,7 @@ std::string readChain(const Verb& verb, const Words& words, Chain& chain) {
         }
         CommandLine line;
         const Words rest(std::next(all[i].begin()), all[i].end());
-        error = readPart(*next, rest, /*first=*/false, chain, line);
+        error = readPart(*next, rest, /*first=*/false, chain, line, batch);
         if (error.empty()) {
             error = addOptions(line, chain.line);
         }

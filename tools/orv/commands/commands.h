@@ -16,6 +16,9 @@ ExitCode runCommand(const Verb& verb, const Words& words);
 /// `orv compare BEFORE AFTER [-o FILE] [options]`.
 ExitCode compareCommand(const Verb& verb, const Words& words);
 
+/// `orv batch VERB IN... -o DIR [options]`.
+ExitCode batchCommand(const Verb& verb, const Words& words);
+
 /// `orv solve IN [-o REPORT] [options]`.
 ExitCode solveCommand(const Verb& verb, const Words& words);
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "batch/batch_options.h"
 #include "commands/commands.h"
 #include "commands/inspect_command.h"
 #include "commands/compare_options.h"
@@ -58,6 +59,27 @@ Verb runVerb() {
     return verb;
 }
 
+Verb batchVerb() {
+    Verb verb;
+    verb.name = "batch";
+    verb.summary = "run a method or a recipe on many pictures, and go on where it ended";
+    verb.words = "VERB IN... -o DIR";
+    verb.groups = {&kBatchOptions, &kRunOptions};
+    verb.about =
+        "VERB is a method or run, with its own options; steps after a comma are taken too. IN "
+        "are files, folders or patterns. Every picture is done by a process of its own: a crash "
+        "or a bad file costs that picture alone. DIR holds whole files only, whenever a batch "
+        "is stopped, and DIR/.orv the recipe of each.";
+    verb.notes =
+        "Where results exist already nothing is done, unless --resume skips what is finished or "
+        "--force makes all again. Originals are never overwritten. A picture that needs more "
+        "than its share of --max-memory is done at the end, alone. Exit code 1 tells that some "
+        "pictures failed; they are listed at the end.";
+    verb.example = "orv batch restore scans -o restored --recursive --report report.html";
+    verb.run = batchCommand;
+    return verb;
+}
+
 Verb listingVerb(std::string name, std::string summary,
                  ExitCode (*run)(const Verb&, const Words&)) {
     Verb verb;
@@ -75,6 +97,7 @@ std::vector<Verb> makeTable() {
         table.push_back(methodVerb(*method));
     }
     table.push_back(runVerb());
+    table.push_back(batchVerb());
     table.push_back(compareVerb());
     table.push_back(solveVerb());
     table.push_back(tuneVerb());

@@ -56,6 +56,22 @@ std::string readOptions(const JsonValue& root, NamedTexts& options) {
     return error;
 }
 
+/// Reads the size of a file that may be missing.
+std::string readBytes(const std::string& place, const JsonValue& object, double& bytes) {
+    const JsonValue* const member = object.member("bytes");
+    if (member == nullptr) {
+        return {};
+    }
+    char* end = nullptr;
+    const double number =
+        member->kind == Kind::Number ? std::strtod(member->text.c_str(), &end) : -1.0;
+    if (number < 0.0 || end != member->text.c_str() + member->text.size()) {
+        return joined(place, "bytes") + ": is no size of a file (expected a whole number)";
+    }
+    bytes = number;
+    return {};
+}
+
 std::string readFacts(const JsonValue& root, const std::string& name,
                       std::optional<PictureFacts>& facts) {
     const JsonValue* const object = root.member(name);
@@ -65,8 +81,8 @@ std::string readFacts(const JsonValue& root, const std::string& name,
     if (object->kind != Kind::Object) {
         return wrongKind(name, *object, "an object with what is known of the picture");
     }
-    constexpr std::array<std::string_view, 6> kFields{"file",     "width", "height",
-                                                      "channels", "bits",  "pixels"};
+    constexpr std::array<std::string_view, 8> kFields{
+        "file", "width", "height", "channels", "bits", "pixels", "bytes", "modified"};
     PictureFacts found;
     std::string error = unknownMember(name, *object, kFields, "field of a picture");
     if (error.empty()) {
@@ -82,6 +98,12 @@ std::string readFacts(const JsonValue& root, const std::string& name,
     }
     if (error.empty()) {
         error = readHash(name, *object, found.pixels);
+    }
+    if (error.empty()) {
+        error = readText(name, *object, "modified", /*words=*/true, found.modified);
+    }
+    if (error.empty()) {
+        error = readBytes(name, *object, found.bytes);
     }
     facts = std::move(found);
     return error;
@@ -128,16 +150,17 @@ std::string readRecipe(std::string_view text, Recipe& recipe) {
     }
     // A newer version may have fields that this one doesn't know.
     error = wrongFormat(root);
-    constexpr std::array<std::string_view, 9> kFields{"format",  "version",     "program",
-                                                      "name",    "description", "steps",
-                                                      "options", "input",       "output"};
+    constexpr std::array<std::string_view, 10> kFields{
+        "format",  "version", "program", "name",  "description",
+        "request", "steps",   "options", "input", "output"};
     Recipe found;
     if (error.empty()) {
         error = unknownMember({}, root, kFields, "field of a recipe");
     }
     for (const auto& [name, field] : {std::pair{"program", &found.program},
                                       {"name", &found.name},
-                                      {"description", &found.description}}) {
+                                      {"description", &found.description},
+                                      {"request", &found.request}}) {
         if (error.empty()) {
             error = readText({}, root, name, /*words=*/true, *field);
         }

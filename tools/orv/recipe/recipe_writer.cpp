@@ -88,6 +88,10 @@ void writeFacts(JsonText& json, std::string_view name,
     writeCount(json, "channels", facts->channels);
     writeCount(json, "bits", facts->bits);
     writeText(json, "pixels", facts->pixels);
+    if (facts->bytes > 0.0) {
+        json.memberNumber("bytes", facts->bytes);
+    }
+    writeText(json, "modified", facts->modified);
     json.end();
 }
 
@@ -101,6 +105,7 @@ std::string writeRecipe(const Recipe& recipe) {
     writeText(json, "program", recipe.program);
     writeText(json, "name", recipe.name);
     writeText(json, "description", recipe.description);
+    writeText(json, "request", recipe.request);
     json.beginArray("steps");
     for (const RecipeStep& step : recipe.steps) {
         writeStep(json, step);

@@ -1,0 +1,67 @@
+#include "batch/stop_signal.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstddef>
+
+namespace orv::cli {
+
+namespace {
+
+constexpr std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
+
+constinit volatile std::sig_atomic_t firstSignal = 0;
+/// A byte in here wakes the one who polls.
+constinit std::array<int, 2> wake{-1, -1};
+
+extern "C" void noteSignal(int signal) {
+    if (firstSignal == 0) {
+        firstSignal = signal;
+    }
+    const char byte = 1;
+    const ssize_t written = write(wake[1], &byte, 1);
+    static_cast<void>(written);
+}
+
+}  // namespace
+
+StopSignal::StopSignal() {
+    firstSignal = 0;
+    if (pipe(wake.data()) == 0) {
+        for (const int end : wake) {
+            fcntl(end, F_SETFD, FD_CLOEXEC);
+            fcntl(end, F_SETFL, O_NONBLOCK);
+        }
+    }
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        sigaction(kSignals[i], nullptr, &before_[i]);
+        if (before_[i].sa_handler == SIG_IGN) {
+            continue;
+        }
+        struct sigaction action {};
+        action.sa_handler = noteSignal;
+        sigemptyset(&action.sa_mask);
+        sigaction(kSignals[i], &action, nullptr);
+    }
+}
+
+StopSignal::~StopSignal() {
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        sigaction(kSignals[i], &before_[i], nullptr);
+    }
+    for (int& end : wake) {
+        close(end);
+        end = -1;
+    }
+}
+
+int StopSignal::descriptor() const {
+    return wake[0];
+}
+
+int StopSignal::received() const {
+    return firstSignal;
+}
+
+}  // namespace orv::cli
