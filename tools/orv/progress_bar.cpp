@@ -92,7 +92,8 @@ void ProgressBar::show(const std::string& line) {
 void ProgressBar::phase(std::string_view action, const std::string& file) {
     if (style_ == ProgressStyle::Json) {
         std::fprintf(stderr, "{\"event\":\"%s\",\"label\":%s,\"file\":%s}\n",
-                     std::string(action).c_str(), jsonQuoted(label_).c_str(), jsonQuoted(file).c_str());
+                     std::string(action).c_str(), jsonQuoted(label_).c_str(),
+                     jsonQuoted(file).c_str());
     }
     if (style_ != ProgressStyle::Bar) {
         return;

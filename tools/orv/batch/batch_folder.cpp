@@ -136,9 +136,9 @@ std::string BatchFolder::publish(const std::string& staged, const std::string& s
         return {};
     }
     unlink(file.recipe.c_str());
-    return file.output + (error == EEXIST ? ": exists already; --force overwrites it"
-                                          : std::string(": can't be written: ") +
-                                                std::strerror(error));
+    return file.output + (error == EEXIST
+                              ? ": exists already; --force overwrites it"
+                              : std::string(": can't be written: ") + std::strerror(error));
 }
 
 void BatchFolder::close() {

@@ -16,7 +16,8 @@ constexpr std::array<Option, 6> kBatch{{
      "names of the results from {stem} {ext} {name} {verb} {n} {folder} "
      "[default: '{stem}{ext}']"},
     {"resume", '\0', OptionKind::Flag, "", "",
-     "go on where a batch ended: what is finished, as its recipe in DIR/.orv tells, is skipped"},
+     "go on where a batch ended: what is finished, as its recipe in DIR/.orv tells, is "
+     "skipped"},
     {"jobs", '\0', OptionKind::Value, "N", "a whole number from 1 to 256",
      "pictures at a time, each in a process of its own; more is faster up to the number of "
      "processors and takes more memory [default: one a processor]"},

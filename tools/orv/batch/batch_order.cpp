@@ -114,7 +114,8 @@ std::string readOwn(const CommandLine& line, BatchOrder& order) {
     order.name = line.text("name");
     order.report = line.text("report");
     order.memory = line.text("max-memory");
-    order.jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+    order.jobs =
+        std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
     if (line.given("recipe")) {
         return "--recipe: a batch writes a recipe for each picture, into .orv in the folder of "
                "the results; leave it out";
@@ -127,7 +128,8 @@ std::string readOwn(const CommandLine& line, BatchOrder& order) {
         return "-o -: a batch writes into a folder, not to standard output; name one";
     }
     if (!order.report.empty() && !endsInHtml(order.report)) {
-        return "--report: '" + order.report + "' is no page (expected a file that ends in .html)";
+        return "--report: '" + order.report +
+               "' is no page (expected a file that ends in .html)";
     }
     return line.given("jobs") ? wholeNumber(line.text("jobs"), order.jobs) : std::string();
 }
@@ -174,8 +176,8 @@ std::string readMethods(const Verb& verb, const Verb& form, const Words& words,
         if (i > 0 && !second.empty() && !chain.parts[i].given("with")) {
             order.parts.back().push_back("--with=" + second);
         }
-        order.request += (i == 0 ? "" : " , ") +
-                         requestText(part, part.name, chain.parts[i], second);
+        order.request +=
+            (i == 0 ? "" : " , ") + requestText(part, part.name, chain.parts[i], second);
         for (std::string& warning : warningsOf(chain.steps[i])) {
             order.warnings.push_back(std::move(warning));
         }
@@ -250,12 +252,12 @@ Failure readBatchOrder(const Verb& batch, const Words& words, BatchOrder& order)
     const Verb* const verb = findVerb(word);
     if (verb == nullptr || (verb->method == nullptr && verb->name != "run")) {
         const bool option = !word.empty() && word[0] == '-';
-        return {ExitCode::Usage,
-                option ? "batch: the verb comes first, before " + word +
-                             " (usage: orv batch VERB IN... -o DIR [options])"
-                       : "batch: '" + word + "' is no method" +
-                             (verb == nullptr ? didYouMeanVerb(word) : "") +
-                             " (orv methods lists them; run replays a recipe)"};
+        return {ExitCode::Usage, option
+                                     ? "batch: the verb comes first, before " + word +
+                                           " (usage: orv batch VERB IN... -o DIR [options])"
+                                     : "batch: '" + word + "' is no method" +
+                                           (verb == nullptr ? didYouMeanVerb(word) : "") +
+                                           " (orv methods lists them; run replays a recipe)"};
     }
     order.verb = verb->name;
     order.command = commandText(batch.name, words);

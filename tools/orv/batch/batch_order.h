@@ -11,18 +11,18 @@ namespace orv::cli {
 
 /// What a command line `orv batch VERB IN... -o DIR [options]` asks for.
 struct BatchOrder {
-    std::string verb;            ///< "restore", "run"
-    Words inputs;                ///< files, folders and patterns
-    std::string folder;          ///< DIR
-    std::vector<Words> parts;    ///< verb and options of each step, as a worker is given them
-    std::string recipe;          ///< the recipe that workers replay, for the verb run
-    std::string request;         ///< what is done to each picture, the same text for the same work
-    std::string format;          ///< as --format has it, or empty
-    std::string name;            ///< as --name has it, or empty
+    std::string verb;          ///< "restore", "run"
+    Words inputs;              ///< files, folders and patterns
+    std::string folder;        ///< DIR
+    std::vector<Words> parts;  ///< verb and options of each step, as a worker is given them
+    std::string recipe;        ///< the recipe that workers replay, for the verb run
+    std::string request;  ///< what is done to each picture, the same text for the same work
+    std::string format;   ///< as --format has it, or empty
+    std::string name;     ///< as --name has it, or empty
     std::vector<std::string> include;
-    std::string report;          ///< file to write, or empty
-    std::string memory;          ///< as --max-memory has it, or empty
-    std::string command;         ///< the whole command as the user typed it
+    std::string report;                 ///< file to write, or empty
+    std::string memory;                 ///< as --max-memory has it, or empty
+    std::string command;                ///< the whole command as the user typed it
     std::vector<std::string> warnings;  ///< what a user should know of the steps
     int jobs = 1;
     bool recursive = false;

@@ -33,9 +33,8 @@ void dropResults(const BatchOrder& order, std::vector<InputFile>& inputs, BatchP
     const auto isResult = [&](const InputFile& input) {
         const std::string place = realPlace(input.path);
         return isWithin(place, folder) &&
-               std::none_of(named.begin(), named.end(), [&](const std::string& name) {
-                   return isWithin(place, name);
-               });
+               std::none_of(named.begin(), named.end(),
+                            [&](const std::string& name) { return isWithin(place, name); });
     };
     const std::size_t before = inputs.size();
     inputs.erase(std::remove_if(inputs.begin(), inputs.end(), isResult), inputs.end());
@@ -107,7 +106,8 @@ Failure refuseExisting(const BatchOrder& order, const BatchPlan& plan) {
         return {};
     }
     const auto first = std::find_if(plan.files.begin(), plan.files.end(), stands);
-    const std::string many = std::to_string(count) + " of " + std::to_string(plan.files.size()) +
+    const std::string many = std::to_string(count) + " of " +
+                             std::to_string(plan.files.size()) +
                              (plan.files.size() == 1 ? " result exists" : " results exist");
     return {ExitCode::Output, order.folder + ": " + many + " already, as " + first->output +
                                   "; --resume skips what is finished, --force makes all again"};
@@ -167,6 +167,7 @@ void settleFinished(const BatchOrder& order, BatchPlan& plan) {
             file.bytes = result.bytes;
         } else if (finished == Finished::Other && !order.force) {
             file.status = BatchStatus::Failed;
+            file.refused = true;
             file.reason = std::move(reason);
         }
     }

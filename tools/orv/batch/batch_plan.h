@@ -18,7 +18,8 @@ struct BatchFile {
     std::string recipe;  ///< what tells how the output was made
     FileStamp stamp;     ///< of the input when the batch began
     BatchStatus status = BatchStatus::Waiting;
-    std::string reason;  ///< why it failed, one line without the input's name
+    std::string reason;    ///< why it failed, one line without the input's name
+    bool refused = false;  ///< whether it failed for what stands at the place of its output
     std::vector<std::string> warnings;
     double seconds = 0.0;
     double bytes = 0.0;  ///< of the output

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdio>
 
-#include "image_file.h"
+#include "batch/batch_summary.h"
 #include "messages.h"
 #include "recipe/json_value.h"
 #include "terminal.h"
@@ -90,8 +90,10 @@ BatchProgress::BatchProgress(const BatchOrder& order, const BatchPlan& plan)
              ",\"skipped\":" + std::to_string(plan.count(BatchStatus::Skipped)) +
              ",\"jobs\":" + std::to_string(order.jobs) + "}");
     }
+    // A long list of refusals stands at the end alone.
+    const bool few = plan.files.size() <= kListedFailures;
     for (const BatchFile& file : plan.files) {
-        if (file.status == BatchStatus::Failed) {
+        if (file.status == BatchStatus::Failed && (few || style_ == ProgressStyle::Json)) {
             fileEvent(file);
         }
     }
@@ -152,10 +154,10 @@ void BatchProgress::fileEvent(const BatchFile& file) {
         }
         return;
     }
-    line("{\"event\":\"file\",\"file\":" + quoted(file.input) + ",\"output\":" +
-         quoted(file.output) + ",\"status\":\"" + std::string(statusWord(file.status)) +
-         "\",\"seconds\":" + number(file.seconds) + ",\"reason\":" + quoted(file.reason) +
-         ",\"finished\":" + std::to_string(finished_) +
+    line("{\"event\":\"file\",\"file\":" + quoted(file.input) +
+         ",\"output\":" + quoted(file.output) + ",\"status\":\"" +
+         std::string(statusWord(file.status)) + "\",\"seconds\":" + number(file.seconds) +
+         ",\"reason\":" + quoted(file.reason) + ",\"finished\":" + std::to_string(finished_) +
          ",\"of\":" + std::to_string(plan_.files.size()) + "}");
 }
 
@@ -182,9 +184,8 @@ void BatchProgress::progressEvent(double left) const {
     for (const std::size_t file : running_) {
         names += (names.empty() ? "" : ",") + quoted(plan_.files[file].input);
     }
-    line("{\"event\":\"progress\",\"done\":" + number(work_.doneShare()) +
-         ",\"seconds\":" + number(seconds()) +
-         ",\"left\":" + (left < 0.0 ? "null" : number(left)) +
+    line("{\"event\":\"progress\",\"done\":" + number(work_.doneShare()) + ",\"seconds\":" +
+         number(seconds()) + ",\"left\":" + (left < 0.0 ? "null" : number(left)) +
          ",\"finished\":" + std::to_string(finished_) +
          ",\"of\":" + std::to_string(plan_.files.size()) + ",\"running\":[" + names + "]}");
 }

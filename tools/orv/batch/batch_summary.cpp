@@ -8,8 +8,19 @@ namespace orv::cli {
 
 namespace {
 
-/// So many failures are listed, and lists of so many pictures still stand on the screen.
-constexpr std::size_t kListed = 20;
+/// Which of the failures another run may mend.
+std::string retryHint(const BatchPlan& plan, int failed) {
+    int refused = 0;
+    for (const BatchFile& file : plan.files) {
+        refused += file.refused ? 1 : 0;
+    }
+    if (refused == failed) {
+        return {};
+    }
+    return refused > 0   ? "; --resume tries those again that weren't refused"
+           : failed == 1 ? "; --resume tries it again"
+                         : "; --resume tries them again";
+}
 
 }  // namespace
 
@@ -26,15 +37,14 @@ std::string failuresText(const BatchPlan& plan, const std::string& list) {
     if (failed == 0) {
         return {};
     }
-    const bool again = plan.files.size() > kListed;
+    const bool again = plan.files.size() > kListedFailures;
     std::string text = "orv: " + std::to_string(failed) + " of " +
                        std::to_string(plan.files.size()) +
-                       (plan.files.size() == 1 ? " picture" : " pictures") +
-                       " failed; --resume tries " +
-                       (failed == 1 ? "it" : "them") + " again" + (again ? ":\n" : "\n");
+                       (plan.files.size() == 1 ? " picture" : " pictures") + " failed" +
+                       retryHint(plan, failed) + (again ? ":\n" : "\n");
     std::size_t listed = 0;
     for (const BatchFile& file : plan.files) {
-        if (again && file.status == BatchStatus::Failed && listed < kListed) {
+        if (again && file.status == BatchStatus::Failed && listed < kListedFailures) {
             ++listed;
             text += "  " + printable(file.input + ": " + file.reason) + "\n";
         }

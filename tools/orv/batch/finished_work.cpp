@@ -40,7 +40,8 @@ Finished finishedWork(const BatchFile& file, const std::string& request, std::st
     Recipe recipe;
     if (!readStamp(file.output, stamp)) {
         reason = file.output + " is no file, so nothing can be written there";
-    } else if (!readRecipeFile(file.recipe, recipe).empty() || !recipe.input || !recipe.output) {
+    } else if (!readRecipeFile(file.recipe, recipe).empty() || !recipe.input ||
+               !recipe.output) {
         reason = file.output + " stands there without a recipe; --force overwrites it";
     } else if (!isSame(*recipe.output, stamp)) {
         reason = file.output + " was changed after it was made; --force overwrites it";

@@ -161,8 +161,8 @@ void WorkerPool::start(std::size_t file, bool alone) {
 
 Words WorkerPool::wordsFor(const Worker& worker) const {
     Words words = order_.parts.front();
-    words.insert(words.end(), {"--output=" + worker.staged, "--recipe=" + worker.recipe,
-                               "--progress=json"});
+    words.insert(words.end(),
+                 {"--output=" + worker.staged, "--recipe=" + worker.recipe, "--progress=json"});
     const std::string memory = memoryOption(worker.alone);
     if (!memory.empty()) {
         words.push_back(memory);
@@ -196,7 +196,9 @@ void WorkerPool::waitForNews(std::vector<bool>& ready) {
     }
     places.push_back({stop_.descriptor(), POLLIN, 0});
     const double interval = progress_.interval();
-    const int wait = workers_.empty() ? 0 : interval < 0.0 ? -1 : static_cast<int>(interval * 1000.0);
+    const int wait = workers_.empty() ? 0
+                     : interval < 0.0 ? -1
+                                      : static_cast<int>(interval * 1000.0);
     const int count = poll(places.data(), places.size(), wait);
     ready.assign(workers_.size(), false);
     for (std::size_t i = 0; count > 0 && i < workers_.size(); ++i) {

@@ -85,6 +85,13 @@ WorkerProcess::WorkerProcess(WorkerProcess&& other) noexcept
       errors_(std::exchange(other.errors_, -1)),
       unfinished_(std::move(other.unfinished_)) {}
 
+WorkerProcess& WorkerProcess::operator=(WorkerProcess&& other) noexcept {
+    std::swap(process_, other.process_);
+    std::swap(errors_, other.errors_);
+    std::swap(unfinished_, other.unfinished_);
+    return *this;
+}
+
 std::string WorkerProcess::start(const std::vector<std::string>& words) {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {

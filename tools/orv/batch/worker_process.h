@@ -17,7 +17,7 @@ class WorkerProcess {
     /// Kills it, if it still runs.
     ~WorkerProcess();
     WorkerProcess(WorkerProcess&& other) noexcept;
-    WorkerProcess& operator=(WorkerProcess&& other) = delete;
+    WorkerProcess& operator=(WorkerProcess&& other) noexcept;
 
     /// Starts the program on these words, with empty standard input and no standard output.
     ///

@@ -20,11 +20,11 @@ namespace {
 /// Ends as the signal asks for, once all is in order.
 ExitCode endBySignal(int signal, const BatchPlan& plan) {
     const int finished = plan.count(BatchStatus::Done) + plan.count(BatchStatus::Skipped);
-    std::fputs(("orv: cancelled, " + std::to_string(finished) + " of " +
-                std::to_string(plan.files.size()) +
-                " pictures are done; --resume does the rest\n")
-                   .c_str(),
-               stderr);
+    std::fputs(
+        ("orv: cancelled, " + std::to_string(finished) + " of " +
+         std::to_string(plan.files.size()) + " pictures are done; --resume does the rest\n")
+            .c_str(),
+        stderr);
     std::raise(signal);
     return ExitCode::SomeFailed;
 }

@@ -67,11 +67,13 @@ Verb batchVerb() {
     verb.groups = {&kBatchOptions, &kRunOptions};
     verb.about =
         "VERB is a method or run, with its own options; steps after a comma are taken too. IN "
-        "are files, folders or patterns. Every picture is done by a process of its own: a crash "
+        "are files, folders or patterns. Every picture is done by a process of its own: a "
+        "crash "
         "or a bad file costs that picture alone. DIR holds whole files only, whenever a batch "
         "is stopped, and DIR/.orv the recipe of each.";
     verb.notes =
-        "Where results exist already nothing is done, unless --resume skips what is finished or "
+        "Where results exist already nothing is done, unless --resume skips what is finished "
+        "or "
         "--force makes all again. Originals are never overwritten. A picture that needs more "
         "than its share of --max-memory is done at the end, alone. Exit code 1 tells that some "
         "pictures failed; they are listed at the end.";

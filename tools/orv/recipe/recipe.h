@@ -28,11 +28,11 @@ struct PictureFacts {
     std::string file;  ///< as the user named it
     int width = 0;
     int height = 0;
-    int channels = 0;    ///< of a pixel, alpha included
-    int bits = 0;        ///< of a sample; 32 are floats
-    std::string pixels;  ///< the pixelHash(), or empty when it isn't told
-    double bytes = 0.0;    ///< of the file, or 0 when that isn't told
-    std::string modified;  ///< when the file was written last, or empty when that isn't told
+    int channels = 0;           ///< of a pixel, alpha included
+    int bits = 0;               ///< of a sample; 32 are floats
+    std::string pixels;         ///< the pixelHash(), or empty when it isn't told
+    double bytes = 0.0;         ///< of the file, or 0 when that isn't told
+    std::string modified = {};  ///< when it was written last, or empty when that isn't told
 };
 
 /// What was done to a picture, or what is to be done.
@@ -45,7 +45,7 @@ struct Recipe {
     std::string description;  ///< one line
     std::vector<RecipeStep> steps;
     std::string request;  ///< what a batch was asked for, one line
-    NamedTexts options;  ///< of the file, by the names of kRecipeOptions; not checked further
+    NamedTexts options;   ///< of the file, by the names of kRecipeOptions; not checked further
     std::optional<PictureFacts> input;
     std::optional<PictureFacts> output;
 };

@@ -1,4 +1,5 @@
 #include <array>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -81,8 +82,8 @@ std::string readFacts(const JsonValue& root, const std::string& name,
     if (object->kind != Kind::Object) {
         return wrongKind(name, *object, "an object with what is known of the picture");
     }
-    constexpr std::array<std::string_view, 8> kFields{
-        "file", "width", "height", "channels", "bits", "pixels", "bytes", "modified"};
+    constexpr std::array<std::string_view, 8> kFields{"file", "width",  "height", "channels",
+                                                      "bits", "pixels", "bytes",  "modified"};
     PictureFacts found;
     std::string error = unknownMember(name, *object, kFields, "field of a picture");
     if (error.empty()) {
