@@ -26,8 +26,15 @@ constexpr std::array<Option, 6> kBatch{{
      ValueKind::File},
 }};
 
+constexpr std::array<Option, 2> kTarget{{
+    {"output", 'o', OptionKind::Value, "DIR", "a folder",
+     "the folder for the results, made when it is missing", ValueKind::Folder},
+    {"force", 'f', OptionKind::Flag, "", "", "make results again that exist"},
+}};
+
 }  // namespace
 
 constinit const OptionGroup kBatchOptions{"Batch", kBatch};
+constinit const OptionGroup kBatchTargetOptions{"Results", kTarget};
 
 }  // namespace orv::cli

@@ -12,6 +12,7 @@
 #include "commands/chain.h"
 #include "help_text.h"
 #include "messages.h"
+#include "options/common_options.h"
 #include "pipeline/job_options.h"
 #include "recipe/presets.h"
 #include "shell_text.h"
@@ -152,8 +153,23 @@ Verb batchForm(const Verb& verb) {
     return form;
 }
 
+/// The help of a verb with what a batch has in the place of what is for one picture.
 std::string helpOf(Verb form) {
-    form.groups.push_back(&kBatchOptions);
+    const auto isTarget = [](const Option& option) {
+        return option.name == "output" || option.name == "force";
+    };
+    std::vector<Option> writing(kFileOptions.options.begin(), kFileOptions.options.end());
+    writing.erase(std::remove_if(writing.begin(), writing.end(), isTarget), writing.end());
+    const OptionGroup files{kFileOptions.title, writing};
+    std::vector<const OptionGroup*> groups;
+    for (const OptionGroup* const group : form.groups) {
+        if (group == &kFileOptions) {
+            groups.insert(groups.end(), {&kBatchTargetOptions, &kBatchOptions, &files});
+        } else if (group != &kRecordOptions) {
+            groups.push_back(group);
+        }
+    }
+    form.groups = groups;
     return verbHelp(form);
 }
 

@@ -12,11 +12,6 @@ namespace {
 
 constexpr int kQuality = 80;
 
-/// Takes an operation's result, unless it failed.
-VipsPicture taken(int failed, VipsImage* image) {
-    return VipsPicture(failed != 0 ? nullptr : image);
-}
-
 /// By the loaders of libvips, which decode JPEG and WebP at a fraction of their size.
 VipsPicture smallFromFile(const std::string& path, int side) {
     // A name as libvips takes it may hold options in brackets; a source is the file alone.
@@ -26,9 +21,9 @@ VipsPicture smallFromFile(const std::string& path, int side) {
     if (source == nullptr) {
         return nullptr;
     }
-    return taken(vips_thumbnail_source(source.get(), &small, side, "height", side, "size",
-                                       VIPS_SIZE_DOWN, "export_profile", "srgb", nullptr),
-                 small);
+    const int failed = vips_thumbnail_source(source.get(), &small, side, "height", side, "size",
+                                             VIPS_SIZE_DOWN, "export_profile", "srgb", nullptr);
+    return VipsPicture(failed != 0 ? nullptr : small);
 }
 
 /// By the tool's own readers, for what libvips doesn't read.
@@ -42,10 +37,9 @@ VipsPicture smallFromSamples(const std::string& path, int side) {
     if (whole == nullptr) {
         return nullptr;
     }
-    const VipsPicture shrunk =
-        taken(vips_thumbnail_image(whole.get(), &small, side, "height", side, "size",
-                                   VIPS_SIZE_DOWN, nullptr),
-              small);
+    const int failed = vips_thumbnail_image(whole.get(), &small, side, "height", side, "size",
+                                            VIPS_SIZE_DOWN, nullptr);
+    const VipsPicture shrunk(failed != 0 ? nullptr : small);
     // The samples go with this function.
     return VipsPicture(shrunk == nullptr ? nullptr : vips_image_copy_memory(shrunk.get()));
 }

@@ -64,7 +64,7 @@ Verb batchVerb() {
     verb.name = "batch";
     verb.summary = "run a method or a recipe on many pictures, and go on where it ended";
     verb.words = "VERB IN... -o DIR";
-    verb.groups = {&kBatchOptions, &kRunOptions};
+    verb.groups = {&kBatchTargetOptions, &kBatchOptions, &kRunOptions};
     verb.about =
         "VERB is a method or run, with its own options; steps after a comma are taken too. IN "
         "are files, folders or patterns. Every picture is done by a process of its own: a "
