@@ -11,6 +11,7 @@
 #include "batch/file_stamp.h"
 #include "commands/chain.h"
 #include "help_text.h"
+#include "memory/memory_limit.h"
 #include "messages.h"
 #include "options/common_options.h"
 #include "pipeline/job_options.h"
@@ -114,7 +115,6 @@ std::string readOwn(const CommandLine& line, BatchOrder& order) {
     order.include = listed(line.text("include"));
     order.name = line.text("name");
     order.report = line.text("report");
-    order.memory = line.text("max-memory");
     order.jobs =
         std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
     if (line.given("recipe")) {
@@ -132,7 +132,12 @@ std::string readOwn(const CommandLine& line, BatchOrder& order) {
         return "--report: '" + order.report +
                "' is no page (expected a file that ends in .html)";
     }
-    return line.given("jobs") ? wholeNumber(line.text("jobs"), order.jobs) : std::string();
+    std::string error =
+        readMemorySize(line.text("max-memory"), availableMemory(), order.memory);
+    if (error.empty() && line.given("jobs")) {
+        error = wholeNumber(line.text("jobs"), order.jobs);
+    }
+    return error;
 }
 
 std::string takeOptions(const CommandLine& line, BatchOrder& order) {

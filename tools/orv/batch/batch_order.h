@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,9 +21,10 @@ struct BatchOrder {
     std::string format;   ///< as --format has it, or empty
     std::string name;     ///< as --name has it, or empty
     std::vector<std::string> include;
-    std::string report;                 ///< file to write, or empty
-    std::string memory;                 ///< as --max-memory has it, or empty
-    std::string command;                ///< the whole command as the user typed it
+    std::string report;  ///< file to write, or empty
+    std::optional<double>
+        memory;           ///< bytes that all workers may use together, if that is known
+    std::string command;  ///< the whole command as the user typed it
     std::vector<std::string> warnings;  ///< what a user should know of the steps
     int jobs = 1;
     bool recursive = false;

@@ -182,10 +182,10 @@ Words WorkerPool::wordsFor(const Worker& worker) const {
 }
 
 std::string WorkerPool::memoryOption(bool alone) const {
-    if (!memory_) {
+    if (!order_.memory) {
         return {};
     }
-    const double share = *memory_ / (alone ? 1 : order_.jobs);
+    const double share = *order_.memory / (alone ? 1 : order_.jobs);
     return "--max-memory=" + std::to_string(static_cast<long long>(share));
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <deque>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -62,7 +61,6 @@ class WorkerPool {
     std::deque<std::size_t> large_;  // those that need more than their share of memory
     std::vector<Worker> workers_;
     std::set<std::string> warned_;
-    std::optional<double> memory_;  // bytes that all may use together
     Failure wrongCommand_;
     bool listed_ = false;  // whether the list of failures is begun
 };
