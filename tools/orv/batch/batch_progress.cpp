@@ -221,6 +221,14 @@ void BatchProgress::show() {
     }
 }
 
+void BatchProgress::phase(const std::string& what) {
+    if (style_ == ProgressStyle::Bar) {
+        std::fprintf(stderr, "\r\033[K%s ...", what.c_str());
+        std::fflush(stderr);
+        lineOpen_ = true;
+    }
+}
+
 void BatchProgress::end() {
     clear();
     if (style_ == ProgressStyle::Json) {

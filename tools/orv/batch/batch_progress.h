@@ -38,6 +38,8 @@ class BatchProgress {
     /// A picture that was begun goes back among those to be done.
     void postponed(std::size_t file);
     void warn(const BatchFile& file, const std::string& text);
+    /// Shows on a terminal what goes on beside the pictures.
+    void phase(const std::string& what);
     /// Shows what has changed; called ten times a second or so.
     void show();
     /// Wipes the line, so that another can be written to standard error.

@@ -71,7 +71,14 @@ class ReportWriter {
         if (text.empty()) {
             return "<p class=\"soft\">No picture was done.</p>\n";
         }
-        return "<ol class=\"pictures\">\n" + text + "</ol>\n";
+        text = "<ol class=\"pictures\">\n" + text + "</ol>\n";
+        const std::size_t results = static_cast<std::size_t>(plan_.count(BatchStatus::Done) +
+                                                             plan_.count(BatchStatus::Skipped));
+        if (results > kMostThumbnails) {
+            text += "<p class=\"soft\">The first " + std::to_string(kMostThumbnails) +
+                    " pictures have previews; the others have links alone.</p>\n";
+        }
+        return text;
     }
 
   private:

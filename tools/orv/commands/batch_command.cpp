@@ -43,13 +43,19 @@ void tellNotes(const BatchOrder& order, const BatchPlan& plan) {
 
 /// The report and the last lines.
 ExitCode sumUp(const BatchOrder& order, const BatchPlan& plan, const BatchFolder& folder,
-               double seconds, const StopSignal& stop) {
+               BatchProgress& progress, const StopSignal& stop) {
+    const double seconds = progress.seconds();
     const std::string summary = "batch " + order.verb + ": " + countsText(plan) + ", in " +
                                 durationText(seconds) + "; results in " +
                                 printable(order.folder) + "\n";
     std::string error;
     if (!order.report.empty()) {
+        progress.phase("writing the report");
         error = writeBatchReport(order, plan, seconds, stop);
+        progress.clear();
+        if (stop.received() != 0) {
+            return ExitCode::SomeFailed;
+        }
     }
     if (!order.quiet) {
         print(summary);
@@ -72,9 +78,8 @@ ExitCode runBatch(const BatchOrder& order, BatchPlan& plan, BatchFolder& folder,
         return fail(failure.code, failure.text);
     }
     progress.end();
-    const ExitCode code = stop.received() == 0
-                              ? sumUp(order, plan, folder, progress.seconds(), stop)
-                              : ExitCode::SomeFailed;
+    const ExitCode code = stop.received() == 0 ? sumUp(order, plan, folder, progress, stop)
+                                               : ExitCode::SomeFailed;
     signal = stop.received();
     return code;
 }
