@@ -56,11 +56,8 @@ class BlockWriter {
 /// A block of EXIF without the mark before it: IFD0 with maker and orientation, an EXIF directory
 /// with size, date and a maker's note, GPS, and a preview at the end.
 inline std::string exifBlock(const ExifSample& sample) {
-    constexpr unsigned kInner = 100;
-    constexpr unsigned kGps = 200;
-    constexpr unsigned kSecond = 300;
-    constexpr unsigned kMakerAt = 400;
-    constexpr unsigned kDateAt = 450;
+    constexpr unsigned kInner = 100, kGps = 200, kSecond = 300;
+    constexpr unsigned kMakerAt = 400, kDateAt = 450;
     constexpr unsigned kNoteAt = 500;
     constexpr unsigned kLatitudeAt = 600;
     constexpr unsigned kPreviewAt = 700;
