@@ -34,7 +34,7 @@ constexpr std::array<Option, 7> kFiles{{
     {"quality", '\0', OptionKind::Value, "N", "a whole number from 1 to 100",
      "of JPEG and WebP, 1 to 100: larger is finer and longer [default: 92]"},
     {"strip", '\0', OptionKind::Maybe, "WHAT", "all, gps or exif",
-     "leave out metadata: gps the place, exif all but the profile's kin, all everything but "
+     "leave out metadata: gps: the place; exif: EXIF, XMP and IPTC; all: everything but "
      "the colour profile",
      ValueKind::Words, "all gps exif", "all"},
     {"alpha", '\0', OptionKind::Value, "HOW", "keep, restore or drop",

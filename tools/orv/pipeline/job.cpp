@@ -124,7 +124,8 @@ class Job {
         if (files_.output == "-") {
             return;
         }
-        print(automaticLine(steps_, files_) + target_.resultLine(picture_, bar_.seconds()));
+        print(automaticLine(steps_, files_, options_) +
+              target_.resultLine(picture_, bar_.seconds()));
         if (!records_.verdict().empty() && !records_.differs()) {
             print(records_.verdict() + "\n");
         }

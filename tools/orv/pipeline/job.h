@@ -23,6 +23,7 @@ struct Step {
     bool automatic = false;
     /// What to choose by, 0 to 100; by the noise of the picture when there is none.
     std::optional<double> strength = {};
+    std::string secondPixels = {};  ///< the pixelHash() of that picture, once it was read
     /// What was measured and chosen, once that is done.
     std::optional<AutomaticChoice> choice = {};
 };

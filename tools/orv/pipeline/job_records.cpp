@@ -1,5 +1,6 @@
 #include "pipeline/job_records.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "compare/comparison.h"
@@ -128,6 +129,7 @@ Recipe recipeOf(const std::vector<Step>& steps, const JobOptions& options) {
     for (const Step& step : steps) {
         recipe.steps.push_back(completeStep(*step.method, step.arguments));
         recipe.steps.back().second = step.second;
+        recipe.steps.back().secondPixels = step.secondPixels;
     }
     if (!options.format.empty()) {
         recipe.options.emplace_back("format", options.format);
@@ -143,7 +145,26 @@ Recipe recipeOf(const std::vector<Step>& steps, const JobOptions& options) {
     return recipe;
 }
 
-std::string automaticLine(const std::vector<Step>& steps, const JobFiles& files) {
+namespace {
+
+/// The options that aren't at their defaults, as the command line has them.
+std::string optionsText(const JobOptions& options) {
+    const Recipe plain = recipeOf({}, JobOptions{});
+    std::string text;
+    for (const auto& option : recipeOf({}, options).options) {
+        if (std::find(plain.options.begin(), plain.options.end(), option) ==
+            plain.options.end()) {
+            text +=
+                " --" + option.first + (option.first == "strip" ? "=" : " ") + option.second;
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string automaticLine(const std::vector<Step>& steps, const JobFiles& files,
+                          const JobOptions& options) {
     std::string found;
     std::string chain;
     for (const Step& step : steps) {
@@ -160,8 +181,8 @@ std::string automaticLine(const std::vector<Step>& steps, const JobFiles& files)
         chain += step.arguments.commandText();
     }
     return found.empty() ? std::string()
-                         : files.input + ": " + found + "; as: orv " + chain + " -o " +
-                               shellWord(files.output) + "\n";
+                         : files.input + ": " + found + "; as: orv " + chain +
+                               optionsText(options) + " -o " + shellWord(files.output) + "\n";
 }
 
 }  // namespace orv::cli

@@ -55,6 +55,7 @@ Recipe recipeOf(const std::vector<Step>& steps, const JobOptions& options);
 
 /// What was measured and chosen, with the command that it amounts to, and a line break; empty
 /// when nothing was chosen.
-std::string automaticLine(const std::vector<Step>& steps, const JobFiles& files);
+std::string automaticLine(const std::vector<Step>& steps, const JobFiles& files,
+                          const JobOptions& options);
 
 }  // namespace orv::cli

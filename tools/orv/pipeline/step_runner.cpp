@@ -4,18 +4,20 @@
 #include <utility>
 
 #include "methods/interleaved_planes.h"
+#include "recipe/pixel_hash.h"
 
 namespace orv::cli {
 
 namespace {
 
 /// The planes that a method learns from; alpha and metadata of that picture aren't needed.
-Failure readSecond(const std::string& path, Planes& planes) {
+Failure readSecond(Step& step, Planes& planes) {
     Picture picture;
-    std::string error = readPicture(path, picture);
+    std::string error = readPicture(step.second, picture);
     if (!error.empty()) {
         return {ExitCode::Input, std::move(error)};
     }
+    step.secondPixels = pixelHash(picture.samples);
     planes = planesOf(picture.samples, picture.colours);
     return {};
 }
@@ -31,7 +33,7 @@ Failure runStep(Step& step, Planes& planes, const Progress& progress) {
         result = method.run(std::move(planes), step.arguments, progress);
     } else {
         Planes second;
-        Failure failure = readSecond(step.second, second);
+        Failure failure = readSecond(step, second);
         if (failure) {
             return failure;
         }
