@@ -46,7 +46,7 @@ std::string depthsOf(const FormatEntry& entry) {
 }
 
 std::string formatRow(std::string_view name, std::string_view ending, std::string_view kept) {
-    const FormatEntry* const entry = formatOfName(ending);
+    const FormatEntry* const entry = formatOfName("a" + std::string(ending));
     if (entry == nullptr) {
         return {};
     }
