@@ -22,8 +22,8 @@ struct NoiseToRemove {
 /// ordinary parameters alone and can be repeated from them. Clients offer it, and the switch
 /// below, for every method whose `choose` isn't null.
 inline constexpr Parameter kStrengthParameter =
-    real("strength", "", 0.0, 0.0, 100.0,
-         "noise to remove, twice its deviation in grey levels; more smooths more");
+    real("strength", "", 0.0, 0.0, 100.0, "noise to remove, twice its deviation in grey levels",
+         "smooths more");
 inline constexpr Parameter kAutoParameter =
     flag("auto", false, "measure the noise and choose all parameters that are not given");
 
