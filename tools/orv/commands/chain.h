@@ -11,8 +11,8 @@ namespace orv::cli {
 /// A command line with one method or several, "restore in.jpg , shock --iterations 6 -o out.jpg".
 struct Chain {
     std::vector<Step> steps;
-    CommandLine line;            ///< words of the first part, options of all parts
-    const Verb* help = nullptr;  ///< whose help is asked for, or null
+    CommandLine line;                ///< words of the first part, options of all parts
+    const Verb* help = nullptr;      ///< whose help is asked for, or null
     std::vector<CommandLine> parts;  ///< each part as it was read
 };
 

@@ -3,9 +3,9 @@
 
 #include "batch/batch_options.h"
 #include "commands/commands.h"
-#include "commands/inspect_command.h"
 #include "commands/compare_options.h"
 #include "commands/help_verbs.h"
+#include "commands/inspect_command.h"
 #include "commands/solve_options.h"
 #include "commands/tune_command.h"
 #include "methods/automatic.h"
