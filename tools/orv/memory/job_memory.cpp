@@ -12,7 +12,8 @@ namespace {
 
 /// The program with its libraries, started.
 constexpr double kProgramBytes = 26.0e6;
-/// What decoders of whole pictures hold beside the samples, bytes a pixel and channel.
+/// What decoders of whole pictures, WebP and progressive JPEG, hold beside the samples; bytes a
+/// pixel and channel. They give 8 bits.
 constexpr double kDecoderBytes = 2.5;
 /// What comparing two pictures takes beside their samples, bytes a pixel.
 constexpr double kComparisonBytes = 24.0;
@@ -29,8 +30,10 @@ double sampleBytes(const PictureSize& picture) {
 
 /// The samples come in a block of the decoder and are copied; a turned picture is copied again.
 double readingBytes(const PictureSize& picture) {
-    return picture.fileBytes + kDecoderBytes * picture.channels * pixelsOf(picture) +
-           (picture.turned ? 3.0 : 2.0) * sampleBytes(picture);
+    const double decoder = picture.depth == SampleDepth::Bits8
+                               ? kDecoderBytes * picture.channels * pixelsOf(picture)
+                               : 0.0;
+    return picture.fileBytes + decoder + (picture.turned ? 3.0 : 2.0) * sampleBytes(picture);
 }
 
 PictureSize scaledTo(const PictureSize& picture, int maxSide) {
