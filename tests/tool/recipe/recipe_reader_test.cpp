@@ -117,7 +117,7 @@ TEST(RecipeReader, NamesTheNearestKnownWord) {
     EXPECT_EQ(
         errorOf(R"({"step": []})"),
         "step: is no field of a recipe, did you mean 'steps'? (there are format, version, "
-        "program, name, description, steps, options, input, output)");
+        "program, name, description, request, steps, options, input, output)");
     EXPECT_EQ(errorOf(R"({"steps": [{"verb": "shock"}], "options": {"qualty": 90}})"),
               "options.qualty: is no option of files, did you mean 'quality'? (there are "
               "format, quality, strip, alpha, max-side)");
