@@ -190,7 +190,7 @@ class Refusals(BatchCase):
     def test_folders_that_cannot_be(self):
         self.pictures(1)
         (self.folder / "file").write_text("")
-        self.refuse(2, "file: is a file; -o names the folder that results go into", *QUICK, "in", "-o", "file")
+        self.refuse(2, "file: is a file, and -o names the folder that results go into", *QUICK, "in", "-o", "file")
         self.refuse(4, "file/out: can't be written: Not a directory", *QUICK, "in", "-o", "file/out")
 
     @unittest.skipUnless(os.geteuid() == 0, "another user is needed")

@@ -83,7 +83,7 @@ std::string BatchFolder::open(const std::string& folder) {
     struct stat status {};
     const bool there = stat(name.c_str(), &status) == 0;
     if (there && !S_ISDIR(status.st_mode)) {
-        return name + ": is a file; -o names the folder that results go into";
+        return name + ": is a file, and -o names the folder that results go into";
     }
     const std::string reason = makeFolders(name + "/" + kRecords);
     if (!reason.empty()) {
