@@ -1,8 +1,8 @@
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -18,7 +18,7 @@
 // PAIRS is a file with a line for each picture: the clean one, the noisy one and, if the result
 // is to be kept, its name; binary PGM or PPM of 8 bits. SETTINGS are lines such as
 // "restore --tau 2 --steps 4" or "wavelet --auto" or "denoise --strength 20", or several with " , " between. For each a
-// line is printed: the mean PSNR, the seconds, the PSNR of each picture, and for automatic
+// line is printed: the mean PSNR, the seconds of the processor, the PSNR of each picture, and for automatic
 // settings what was chosen for the last picture. scripts/measure_quality.py drives it.
 
 namespace {
@@ -182,12 +182,11 @@ void runSetting(const std::string& line, const std::vector<Pair>& pairs) {
     for (const Pair& pair : pairs) {
         Planes planes = copyOf(pair.noisy);
         chosen.clear();
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         for (const Setting& setting : chain) {
             planes = runOne(setting, std::move(planes), chosen);
         }
-        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-        seconds += taken.count();
+        seconds += static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
         const double figure = psnr(pair.clean, planes);
         sum += figure;
         char text[32];
