@@ -43,8 +43,10 @@ constexpr std::array<Parameter, 16> kParameters{
                  "leaves fewer ripples and takes longer")),
 };
 
-constexpr std::array<std::string_view, 4> kNotes{
-    "Too much costs more than too little: start low and add steps.",
+constexpr std::array<std::string_view, 5> kNotes{
+    "Without options the noise is measured and the rest chosen by it; the command that it "
+    "amounts to is printed.",
+    "--strength alone does for most pictures: 10 for slight noise, 60 for strong.",
     "--contrast and --noise are grey levels from 0 to 255, whatever the depth of the picture.",
     "Noise in grains of several pixels looks like edges: raise --sigma, or --max-side first.",
     "Some solvers break down or spoil pictures, and 2DSemi takes minutes with Thomas: take CG "
@@ -99,7 +101,7 @@ constinit const Method kRestoreMethod{
     .choose = choose,
     .automatic = true,
     .notes = kNotes,
-    .example = "orv restore noisy.jpg clean.jpg --steps 2",
+    .example = "orv restore noisy.jpg clean.jpg --strength 30",
 };
 
 }  // namespace orv

@@ -70,7 +70,7 @@ std::string parameterRows(const Verb& verb, HelpLength length) {
             continue;
         }
         const bool rows = length == HelpLength::Full && listsChoices(parameter);
-        text += helpRow(writtenParameter(parameter), toldParameter(parameter, !rows));
+        text += helpRow(writtenParameter(parameter), toldParameter(verb, parameter, !rows));
         if (rows) {
             for (const Choice& candidate : parameter.choices()) {
                 text +=

@@ -116,7 +116,7 @@ std::vector<const OptionGroup*> sharedGroups() {
 std::string parameterItems(const Verb& verb) {
     std::string text;
     for (const Parameter& parameter : verb.parameters) {
-        text += item(writtenParameter(parameter), toldParameter(parameter, false));
+        text += item(writtenParameter(parameter), toldParameter(verb, parameter, false));
         if (!listsChoices(parameter)) {
             continue;
         }

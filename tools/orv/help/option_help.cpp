@@ -1,6 +1,8 @@
 #include "help/option_help.h"
 
 #include "help/help_layout.h"
+#include "methods/arguments.h"
+#include "methods/automatic.h"
 
 namespace orv::cli {
 
@@ -8,6 +10,22 @@ namespace {
 
 /// Longer lists of choices have a verb of their own.
 constexpr std::size_t kShownChoices = 10;
+
+/// The default of a parameter, or word that it is chosen for each picture.
+std::string toldDefault(const Verb& verb, const Parameter& parameter) {
+    if (verb.method == nullptr || verb.method->choose == nullptr) {
+        return defaultText(parameter);
+    }
+    if (parameter.name == kStrengthParameter.name) {
+        return "by the noise";
+    }
+    Arguments chosen(verb.method->parameters);
+    verb.method->choose(noiseOfStrength(/*strength=*/40.0, /*colour=*/true), chosen);
+    const std::string written = " --" + std::string(parameter.name) + " ";
+    const bool open = verb.method->automatic &&
+                      chosen.commandText().find(written) != std::string::npos;
+    return open ? "by the noise" : defaultText(parameter);
+}
 
 }  // namespace
 
@@ -32,7 +50,7 @@ bool listsChoices(const Parameter& parameter) {
            parameter.choices().size() <= kShownChoices;
 }
 
-std::string toldParameter(const Parameter& parameter, bool choices) {
+std::string toldParameter(const Verb& verb, const Parameter& parameter, bool choices) {
     std::string text(parameter.help);
     if (parameter.kind == ParameterKind::Real || parameter.kind == ParameterKind::Integer) {
         text += "; " + unbroken(numberText(parameter.from) + " to " + numberText(parameter.to));
@@ -44,7 +62,7 @@ std::string toldParameter(const Parameter& parameter, bool choices) {
         }
     }
     if (parameter.kind != ParameterKind::Flag) {
-        text += " " + unbroken("[default: " + defaultText(parameter) + "]");
+        text += " " + unbroken("[default: " + toldDefault(verb, parameter) + "]");
     }
     if (!parameter.larger.empty()) {
         text += "; larger " + std::string(parameter.larger);

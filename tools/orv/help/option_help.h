@@ -14,7 +14,7 @@ std::string writtenParameter(const Parameter& parameter);
 
 /// What a parameter does, takes and has by default, and what a larger value does; `choices`
 /// tells whether the names to choose from are listed, where there are few.
-std::string toldParameter(const Parameter& parameter, bool choices);
+std::string toldParameter(const Verb& verb, const Parameter& parameter, bool choices);
 
 /// Whether the names of a choice are few enough to be listed.
 bool listsChoices(const Parameter& parameter);
