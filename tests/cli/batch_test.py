@@ -133,6 +133,14 @@ class Refusals(BatchCase):
         self.refuse(2, "--report: 'r.txt' is no page (expected a file that ends in .html)", "blur", "in", "-o", "out", "--report", "r.txt")
         self.refuse(2, "-o -: a batch writes into a folder, not to standard output; name one", "blur", "in", "-o", "-")
 
+    def test_help_is_about_the_verb_in_a_batch(self):
+        for words in (["blur", "--help"], ["blur", "in", "-h"]):
+            code, out, err = self.batch(*words)
+            self.assertEqual((code, err), (0, ""))
+            for part in ("\nUsage: orv batch blur IN... -o DIR [options]\n", "--sigma", "--resume", "-o, --output DIR"):
+                self.assertIn(part, out)
+        self.assertIn("\nUsage: orv batch VERB IN... -o DIR [options]\n", self.batch("--help")[1])
+
     def test_records_of_one_picture(self):
         self.pictures(1)
         self.refuse(

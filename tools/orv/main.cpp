@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 
+#include "commands/commands.h"
 #include "commands/help_verbs.h"
 #include "help_text.h"
 #include "image_file.h"
@@ -48,6 +49,10 @@ ExitCode dispatch(const Words& all) {
         return ExitCode::Done;
     }
     const orv::cli::Verb* const verb = orv::cli::findVerb(word);
+    if (verb != nullptr && verb->run == orv::cli::batchCommand && !words.empty() &&
+        words.front()[0] != '-') {
+        return verb->run(*verb, words);  // It tells about the verb that it runs.
+    }
     if (verb != nullptr) {
         return orv::cli::answerHelp(*verb, words) ? ExitCode::Done : verb->run(*verb, words);
     }
