@@ -137,7 +137,7 @@ class Refusals(BatchCase):
         for words in (["blur", "--help"], ["blur", "in", "-h"]):
             code, out, err = self.batch(*words)
             self.assertEqual((code, err), (0, ""))
-            for part in ("\nUsage: orv batch blur IN... -o DIR [options]\n", "--sigma", "--resume", "-o, --output DIR"):
+            for part in ("\nUsage: orv batch blur IN... -o DIR [options]\n", "--sigma", "--resume", "-o, --output DIR", "orv help blur --all"):
                 self.assertIn(part, out)
         self.assertIn("\nUsage: orv batch VERB IN... -o DIR [options]\n", self.batch("--help")[1])
 

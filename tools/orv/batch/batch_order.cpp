@@ -175,7 +175,14 @@ std::string helpOf(Verb form) {
         }
     }
     form.groups = groups;
-    return verbHelp(form);
+    std::string text = verbHelp(form);
+    // The rest is told by the help of the verb itself.
+    const std::string wrong = "orv help " + form.name + " --all";
+    const std::size_t at = text.find(wrong);
+    if (at != std::string::npos) {
+        text.erase(at + std::string("orv help ").size(), std::string("batch ").size());
+    }
+    return text;
 }
 
 /// Methods, and chains of them.
