@@ -41,8 +41,8 @@ scripts/make_grey.py "$photos/chelsea.png" "$grey"
 scripts/side_by_side.py "$photos/chelsea.png" "$fur" --part 90,60,200,180
 
 method restore "$photos/chelsea-noisy.png" 90 60
-method denoise "$photos/coffee-noisy.png" 160 60
-method wavelet "$photos/chelsea-noisy.png" 90 60
+method denoise "$photos/coffee-noisy.png" 160 60 --auto
+method wavelet "$photos/chelsea-noisy.png" 90 60 --auto
 method susan "$photos/coffee-noisy.png" 160 60
 method curvature "$photos/chelsea-noisy.png" 90 60
 method deblur "$soft" 90 60
