@@ -9,12 +9,12 @@
 
 #include "commands/commands.h"
 #include "commands/help_verbs.h"
-#include "help_text.h"
-#include "image_file.h"
+#include "files/image_file.h"
+#include "help/help_text.h"
 #include "memory/memory_limit.h"
-#include "messages.h"
 #include "options/verb.h"
-#include "shell_text.h"
+#include "terminal/messages.h"
+#include "terminal/shell_text.h"
 
 namespace {
 

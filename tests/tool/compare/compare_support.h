@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "image_file.h"
+#include "files/image_file.h"
 
 namespace orv::cli::test {
 

@@ -1,4 +1,4 @@
-#include "exif_block.h"
+#include "files/exif_block.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "input_files.h"
+#include "files/input_files.h"
 
 #include <gtest/gtest.h>
 

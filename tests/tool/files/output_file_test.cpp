@@ -1,4 +1,4 @@
-#include "output_file.h"
+#include "files/output_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -6,7 +6,7 @@
 #include <csignal>
 #include <filesystem>
 
-#include "interruption.h"
+#include "terminal/interruption.h"
 #include "tool/files/test_folder.h"
 
 namespace orv::cli {

@@ -1,10 +1,10 @@
-#include "output_names.h"
+#include "files/output_names.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "image_file.h"
+#include "files/image_file.h"
 #include "tool/files/test_folder.h"
 
 namespace orv::cli {

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "image_file.h"
+#include "files/image_file.h"
 #include "tool/files/sample_pictures.h"
 #include "tool/files/test_folder.h"
 

@@ -10,13 +10,13 @@
 #include "batch/batch_options.h"
 #include "batch/file_stamp.h"
 #include "commands/chain.h"
-#include "help_text.h"
+#include "help/help_text.h"
 #include "memory/memory_limit.h"
-#include "messages.h"
 #include "options/common_options.h"
 #include "pipeline/job_options.h"
 #include "recipe/presets.h"
-#include "shell_text.h"
+#include "terminal/messages.h"
+#include "terminal/shell_text.h"
 
 namespace orv::cli {
 

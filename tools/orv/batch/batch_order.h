@@ -6,7 +6,7 @@
 
 #include "options/verb.h"
 #include "pipeline/step_runner.h"
-#include "progress_style.h"
+#include "terminal/progress_style.h"
 
 namespace orv::cli {
 

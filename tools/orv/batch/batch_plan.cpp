@@ -8,8 +8,8 @@
 
 #include "batch/batch_folder.h"
 #include "batch/finished_work.h"
-#include "input_files.h"
-#include "output_names.h"
+#include "files/input_files.h"
+#include "files/output_names.h"
 
 namespace orv::cli {
 

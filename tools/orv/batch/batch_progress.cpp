@@ -5,9 +5,9 @@
 #include <cstdio>
 
 #include "batch/batch_summary.h"
-#include "messages.h"
 #include "recipe/json_value.h"
-#include "terminal.h"
+#include "terminal/messages.h"
+#include "terminal/terminal.h"
 
 namespace orv::cli {
 

@@ -7,7 +7,7 @@
 
 #include "batch/batch_plan.h"
 #include "batch/time_left.h"
-#include "progress_style.h"
+#include "terminal/progress_style.h"
 
 namespace orv::cli {
 

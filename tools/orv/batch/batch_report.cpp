@@ -11,9 +11,9 @@
 #include "batch/batch_summary.h"
 #include "batch/thumbnail_set.h"
 #include "compare/comparison_page.h"
-#include "messages.h"
-#include "output_file.h"
+#include "files/output_file.h"
 #include "recipe/json_value.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "messages.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

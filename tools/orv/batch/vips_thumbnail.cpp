@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "batch/thumbnail.h"
-#include "image_file.h"
-#include "vips_support.h"
+#include "files/image_file.h"
+#include "files/vips_support.h"
 
 namespace orv::cli {
 

@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "batch/finished_work.h"
-#include "messages.h"
 #include "recipe/json_value.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

@@ -11,7 +11,7 @@
 #include "batch/stop_signal.h"
 #include "batch/worker_pool.h"
 #include "commands/commands.h"
-#include "messages.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

@@ -5,15 +5,15 @@
 #include "commands/commands.h"
 #include "compare/comparison.h"
 #include "compare/comparison_numbers.h"
-#include "help_text.h"
-#include "image_file.h"
-#include "interruption.h"
-#include "messages.h"
+#include "files/image_file.h"
+#include "files/output_file.h"
+#include "help/help_text.h"
 #include "options/command_line.h"
-#include "output_file.h"
 #include "pipeline/job_options.h"
-#include "progress_bar.h"
-#include "shell_text.h"
+#include "terminal/interruption.h"
+#include "terminal/messages.h"
+#include "terminal/progress_bar.h"
+#include "terminal/shell_text.h"
 
 namespace orv::cli {
 

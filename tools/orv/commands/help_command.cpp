@@ -6,13 +6,13 @@
 #include "commands/help_verbs.h"
 #include "help/completions.h"
 #include "help/help_layout.h"
+#include "help/help_text.h"
 #include "help/man_page.h"
 #include "help/topics.h"
-#include "help_text.h"
-#include "messages.h"
 #include "methods/suggestion.h"
 #include "options/command_line.h"
 #include "options/common_options.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "help_text.h"
-#include "input_files.h"
+#include "files/input_files.h"
+#include "help/help_text.h"
 #include "inspect/inspection.h"
-#include "interruption.h"
 #include "memory/memory_limit.h"
-#include "messages.h"
 #include "options/command_line.h"
+#include "terminal/interruption.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

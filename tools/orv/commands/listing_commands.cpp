@@ -3,11 +3,11 @@
 #include <string>
 
 #include "commands/commands.h"
-#include "help_text.h"
-#include "messages.h"
+#include "help/help_text.h"
 #include "methods/method_catalogue.h"
 #include "methods/solver_listing.h"
 #include "options/command_line.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

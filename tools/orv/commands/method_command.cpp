@@ -3,12 +3,12 @@
 
 #include "commands/chain.h"
 #include "commands/commands.h"
-#include "help_text.h"
-#include "messages.h"
+#include "help/help_text.h"
 #include "pipeline/file_plan.h"
 #include "pipeline/job_options.h"
 #include "recipe/presets.h"
-#include "shell_text.h"
+#include "terminal/messages.h"
+#include "terminal/shell_text.h"
 
 namespace orv::cli {
 

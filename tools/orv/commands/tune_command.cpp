@@ -6,17 +6,17 @@
 #include <string>
 #include <utility>
 
-#include "help_text.h"
-#include "interruption.h"
+#include "files/output_file.h"
+#include "help/help_text.h"
 #include "memory/memory_limit.h"
-#include "messages.h"
 #include "methods/method_catalogue.h"
 #include "methods/suggestion.h"
 #include "options/command_line.h"
 #include "options/common_options.h"
-#include "output_file.h"
 #include "pipeline/job_options.h"
-#include "progress_bar.h"
+#include "terminal/interruption.h"
+#include "terminal/messages.h"
+#include "terminal/progress_bar.h"
 #include "tune/tune_request.h"
 #include "tune/tune_sheet.h"
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "compare/picture_metrics.h"
-#include "image_file.h"
+#include "files/image_file.h"
 
 namespace orv::cli {
 

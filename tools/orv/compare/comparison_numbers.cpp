@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <vector>
 
-#include "messages.h"
 #include "report/study_report.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

@@ -11,8 +11,8 @@
 #include "compare/shown_picture.h"
 #include "drawing/canvas.h"
 #include "drawing/label.h"
-#include "messages.h"
 #include "report/study_report.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

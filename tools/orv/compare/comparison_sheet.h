@@ -1,7 +1,7 @@
 #pragma once
 
 #include "compare/comparison.h"
-#include "image_file.h"
+#include "files/image_file.h"
 
 namespace orv::cli {
 

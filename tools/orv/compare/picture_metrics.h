@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "image_file.h"
+#include "files/image_file.h"
 
 namespace orv::cli {
 

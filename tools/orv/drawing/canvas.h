@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image_file.h"
+#include "files/image_file.h"
 
 namespace orv::cli {
 

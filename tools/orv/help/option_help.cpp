@@ -22,8 +22,8 @@ std::string toldDefault(const Verb& verb, const Parameter& parameter) {
     Arguments chosen(verb.method->parameters);
     verb.method->choose(noiseOfStrength(/*strength=*/40.0, /*colour=*/true), chosen);
     const std::string written = " --" + std::string(parameter.name) + " ";
-    const bool open = verb.method->automatic &&
-                      chosen.commandText().find(written) != std::string::npos;
+    const bool open =
+        verb.method->automatic && chosen.commandText().find(written) != std::string::npos;
     return open ? "by the noise" : defaultText(parameter);
 }
 

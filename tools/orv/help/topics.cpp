@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "image_file.h"
+#include "files/image_file.h"
 #include "recipe/presets.h"
 
 namespace orv::cli {

@@ -7,7 +7,7 @@
 
 #include "memory/job_memory.h"
 #include "methods/method_catalogue.h"
-#include "shell_text.h"
+#include "terminal/shell_text.h"
 
 namespace orv::cli {
 

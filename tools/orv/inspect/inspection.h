@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "image_file.h"
+#include "files/image_file.h"
 #include "methods/automatic.h"
 
 namespace orv::cli {

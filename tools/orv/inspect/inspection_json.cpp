@@ -1,7 +1,7 @@
 #include <cmath>
 #include <limits>
 
-#include "file_format.h"
+#include "files/file_format.h"
 #include "inspect/inspection.h"
 #include "methods/json_text.h"
 

@@ -2,10 +2,10 @@
 #include <array>
 #include <cstdio>
 
-#include "file_format.h"
+#include "files/file_format.h"
 #include "inspect/inspection.h"
 #include "memory/memory_limit.h"
-#include "messages.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

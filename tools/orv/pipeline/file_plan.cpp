@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <utility>
 
-#include "input_files.h"
-#include "messages.h"
-#include "output_names.h"
+#include "files/input_files.h"
+#include "files/output_names.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

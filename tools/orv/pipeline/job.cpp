@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <utility>
 
-#include "interruption.h"
 #include "memory/job_limit.h"
-#include "messages.h"
 #include "pipeline/job_records.h"
 #include "pipeline/job_target.h"
 #include "pipeline/step_runner.h"
-#include "progress_bar.h"
+#include "terminal/interruption.h"
+#include "terminal/messages.h"
+#include "terminal/progress_bar.h"
 
 namespace orv::cli {
 

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "exit_code.h"
-#include "image_file.h"
+#include "files/image_file.h"
 #include "methods/arguments.h"
 #include "methods/automatic.h"
 #include "methods/method.h"
-#include "progress_style.h"
 #include "recipe/recipe.h"
+#include "terminal/progress_style.h"
 
 namespace orv::cli {
 

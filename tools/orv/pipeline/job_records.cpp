@@ -6,7 +6,7 @@
 #include "compare/comparison.h"
 #include "methods/parameter.h"
 #include "recipe/pixel_hash.h"
-#include "shell_text.h"
+#include "terminal/shell_text.h"
 
 namespace orv::cli {
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "messages.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

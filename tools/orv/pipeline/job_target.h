@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "output_file.h"
+#include "files/output_file.h"
 #include "pipeline/job.h"
 #include "pipeline/step_runner.h"
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "pipeline/job.h"
-#include "progress_bar.h"
+#include "terminal/progress_bar.h"
 
 namespace orv::cli {
 

@@ -12,7 +12,7 @@
 #include "methods/automatic.h"
 #include "methods/method_catalogue.h"
 #include "recipe/step_parameters.h"
-#include "shell_text.h"
+#include "terminal/shell_text.h"
 
 namespace orv::cli {
 

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "messages.h"
 #include "methods/parameter.h"
 #include "methods/solver_listing.h"
+#include "terminal/messages.h"
 
 namespace orv::cli {
 

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "commands/chain.h"
-#include "output_names.h"
+#include "files/output_names.h"
 #include "pipeline/job_options.h"
-#include "shell_text.h"
+#include "terminal/shell_text.h"
 #include "tune/tune_sheet.h"
 #include "tune/tune_values.h"
 

@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
-#include "image_file.h"
+#include "files/image_file.h"
 #include "pipeline/job.h"
 #include "pipeline/step_runner.h"
-#include "progress_bar.h"
+#include "terminal/progress_bar.h"
 #include "tune/tune_crop.h"
 
 namespace orv::cli {

@@ -1,0 +1,194 @@
+#include "files/output_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "terminal/interruption.h"
+
+namespace orv::cli {
+
+namespace {
+
+std::string systemError(const std::string& path, int error) {
+    return path +
+           ": can't be written: " + (error == ENOENT ? "no such folder" : std::strerror(error));
+}
+
+mode_t usualMode() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
+}
+
+/// "a/b" of "a/b/c", "/" of "/c", "" of "c".
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    return slash == std::string::npos ? "" : path.substr(0, slash == 0 ? 1 : slash);
+}
+
+bool exists(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0;
+}
+
+std::string writeStream(std::FILE* file, const std::vector<unsigned char>& bytes) {
+    const bool whole = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
+                       std::fflush(file) == 0;
+    return whole ? std::string() : std::strerror(errno);
+}
+
+}  // namespace
+
+OutputFile::~OutputFile() {
+    remove();
+}
+
+void OutputFile::remove() {
+    const InterruptionPause pause;
+    if (!temporary_.empty()) {
+        unlink(temporary_.c_str());
+        dropUnfinished(place_);
+        temporary_.clear();
+    }
+    for (; !folders_.empty(); folders_.pop_back()) {
+        rmdir(folders_.back().first.c_str());
+        dropUnfinished(folders_.back().second);
+    }
+}
+
+std::string OutputFile::makeFolders() {
+    std::vector<std::string> missing;
+    for (std::string folder = folderOf(target_); !folder.empty() && !exists(folder);
+         folder = folderOf(folder)) {
+        missing.push_back(folder);
+    }
+    for (; !missing.empty(); missing.pop_back()) {
+        const std::string& folder = missing.back();
+        const InterruptionPause pause;
+        // Another run may make the same folder at the same time.
+        if (mkdir(folder.c_str(), 0777) == 0) {
+            folders_.emplace_back(folder, addUnfinished(folder, /*folder=*/true));
+        } else if (errno != EEXIST) {
+            return path_ + ": the folder " + folder + " can't be made: " + std::strerror(errno);
+        }
+    }
+    return {};
+}
+
+std::string OutputFile::makeTemporary(unsigned mode) {
+    const std::size_t slash = target_.find_last_of('/');
+    std::string name =
+        (slash == std::string::npos ? "" : target_.substr(0, slash + 1)) + ".orv-XXXXXX";
+    if (name.size() >= PATH_MAX) {
+        return systemError(path_, ENAMETOOLONG);
+    }
+    const InterruptionPause pause;
+    const int descriptor = mkstemp(name.data());
+    if (descriptor < 0) {
+        return systemError(path_, errno);
+    }
+    fchmod(descriptor, static_cast<mode_t>(mode));
+    close(descriptor);
+    place_ = addUnfinished(name);
+    temporary_ = name;
+    return {};
+}
+
+std::string OutputFile::open(const std::string& path, bool overwrite) {
+    path_ = path;
+    target_ = path;
+    mode_t mode = usualMode();
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0) {
+        if (S_ISDIR(status.st_mode)) {
+            return path + ": is a folder; name a file in it";
+        }
+        if (!S_ISREG(status.st_mode)) {
+            return path + ": is no regular file";
+        }
+        if (!overwrite) {
+            return path + ": exists already; --force overwrites it";
+        }
+        if (access(path.c_str(), W_OK) != 0) {
+            return systemError(path, errno);
+        }
+        mode = status.st_mode & 0777;
+        std::array<char, PATH_MAX> resolved{};
+        if (realpath(path.c_str(), resolved.data()) != nullptr) {
+            target_ = resolved.data();
+        }
+    } else if (lstat(path.c_str(), &status) == 0) {
+        return path + ": is a link that leads nowhere; remove it or name another file";
+    }
+
+    // A run that failed may take away the folder that both needed, between the two steps.
+    constexpr int kAttempts = 3;
+    std::string error;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        error = makeFolders();
+        if (error.empty()) {
+            error = makeTemporary(mode);
+        }
+        if (error.empty() || exists(folderOf(target_))) {
+            break;
+        }
+    }
+    if (!error.empty()) {
+        remove();
+    }
+    return error;
+}
+
+std::string OutputFile::commit() {
+    const InterruptionPause pause;
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
+        const std::string error = systemError(path_, errno);
+        remove();
+        return error;
+    }
+    dropUnfinished(place_);
+    for (; !folders_.empty(); folders_.pop_back()) {
+        dropUnfinished(folders_.back().second);
+    }
+    setResultWritten();
+    temporary_.clear();
+    return {};
+}
+
+std::string writeBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
+    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        return std::strerror(errno);
+    }
+    std::string error = writeStream(file, bytes);
+    if (std::fclose(file) != 0 && error.empty()) {
+        error = std::strerror(errno);
+    }
+    return error;
+}
+
+std::string standardOutputRefusal() {
+    return isatty(STDOUT_FILENO) == 0 ? std::string()
+                                      : "standard output: is a terminal, which shows no "
+                                        "pictures; send it to a file or "
+                                        "a pipe, or name a file by -o";
+}
+
+std::string writeStandardOutput(const std::vector<unsigned char>& bytes) {
+    std::string error = standardOutputRefusal();
+    if (error.empty()) {
+        error = writeStream(stdout, bytes);
+        error = error.empty() ? error : "standard output: can't be written: " + error;
+    }
+    return error;
+}
+
+}  // namespace orv::cli

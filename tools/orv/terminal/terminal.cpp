@@ -1,0 +1,59 @@
+#include "terminal/terminal.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "methods/json_text.h"
+#include "terminal/messages.h"
+
+namespace orv::cli {
+
+namespace {
+
+bool isTerminal() {
+    const char* const kind = std::getenv("TERM");
+    return isatty(STDERR_FILENO) != 0 && (kind == nullptr || std::strcmp(kind, "dumb") != 0);
+}
+
+}  // namespace
+
+int terminalWidth() {
+    struct winsize size {};
+    int columns = 0;
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0) {
+        columns = size.ws_col;
+    }
+    if (columns == 0) {
+        const char* const told = std::getenv("COLUMNS");
+        columns = told == nullptr ? 0 : std::atoi(told);
+    }
+    // Some terminals wrap as soon as the last column is filled.
+    return (columns > 0 ? columns : 80) - 1;
+}
+
+std::string wholeSeconds(double seconds) {
+    const long whole = static_cast<long>(seconds + 0.5);
+    return whole < 60 ? std::to_string(whole) + " s" : durationText(static_cast<double>(whole));
+}
+
+std::string jsonQuoted(const std::string& text) {
+    JsonText json;
+    json.element(text);
+    std::string written = json.take();
+    while (!written.empty() && written.back() == '\n') {
+        written.pop_back();
+    }
+    return written;
+}
+
+ProgressStyle styleFor(ProgressStyle wanted) {
+    if (wanted != ProgressStyle::Automatic) {
+        return wanted;
+    }
+    return isTerminal() ? ProgressStyle::Bar : ProgressStyle::Lines;
+}
+
+}  // namespace orv::cli
