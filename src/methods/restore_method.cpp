@@ -94,7 +94,7 @@ void choose(const NoiseToRemove& noise, Arguments& arguments) {
 
 constinit const Method kRestoreMethod{
     .name = "restore",
-    .summary = "Restore a picture by nonlinear diffusion, which smooths noise and keeps edges",
+    .summary = "Take noise out of a picture and keep its edges, by diffusion and wavelets",
     .parameters = kParameters,
     .literature = kLiterature,
     .run = run,

@@ -155,7 +155,7 @@ class Parameters(unittest.TestCase):
                     row = flat(re.search(rf"^  --{parameter['name']} (.*?)(?=^  -|^$)", full, re.MULTILINE | re.DOTALL)[1])
                     unit = parameter.get("unit", "n").upper().replace(" ", "-")
                     self.assertTrue(row.startswith(unit + " "), row)
-                    self.assertRegex(row, r"; \S+ to \S+ \[default: \S+\]; larger \w")
+                    self.assertRegex(row, r"; \S+ to \S+ \[default: (\S+|by the noise)\]; larger \w")
 
     def test_every_choice_is_told(self):
         for name, method in methods().items():

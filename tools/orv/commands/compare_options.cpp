@@ -39,7 +39,7 @@ constexpr std::string_view kNotes =
 Verb compareVerb() {
     Verb verb;
     verb.name = "compare";
-    verb.summary = "tell how far apart two pictures are, and show where";
+    verb.summary = "Tell how far apart two pictures are, and show where";
     verb.words = "BEFORE AFTER";
     verb.groups = {&kCompareOptions, &kReportRunOptions};
     verb.about = kAbout;

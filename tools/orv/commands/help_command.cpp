@@ -115,7 +115,7 @@ bool answerHelp(const Verb& verb, const Words& words) {
 Verb helpVerb() {
     Verb verb;
     verb.name = "help";
-    verb.summary = "list verbs and topics, or tell about one of them";
+    verb.summary = "List verbs and topics, or tell about one of them";
     verb.words = "[VERB|TOPIC]";
     verb.groups = {&kHelpPages, &kHelpOptions};
     verb.example = "orv help restore --all";
@@ -126,7 +126,7 @@ Verb helpVerb() {
 Verb completionsVerb() {
     Verb verb;
     verb.name = "completions";
-    verb.summary = "print a script by which bash, zsh or fish completes orv's command lines";
+    verb.summary = "Print a script by which bash, zsh or fish completes orv's command lines";
     verb.words = "bash|zsh|fish";
     verb.groups = {&kHelpOptions};
     verb.notes =

@@ -102,7 +102,7 @@ ExitCode inspectCommand(const Verb& verb, const Words& words) {
 Verb inspectVerb() {
     Verb verb;
     verb.name = "inspect";
-    verb.summary = "tell what a picture is, how noisy it is, and what each method needs";
+    verb.summary = "Tell what a picture is, how noisy it is, and what each method needs";
     verb.words = "IN...";
     verb.groups = {&kInspectOptions};
     verb.about = kAbout;

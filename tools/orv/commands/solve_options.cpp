@@ -115,7 +115,7 @@ std::string_view trimmed(std::string_view word) {
 Verb solveVerb() {
     Verb verb;
     verb.name = "solve";
-    verb.summary = "compare the linear solvers on the system of a picture";
+    verb.summary = "Compare the linear solvers on the system of a picture";
     verb.words = "IN";
     verb.groups = {&kSolveOptions, &kReportRunOptions};
     verb.parameters = makeParameters();

@@ -239,7 +239,7 @@ ExitCode tuneCommand(const Verb& verb, const Words& words) {
 Verb tuneVerb() {
     Verb verb;
     verb.name = "tune";
-    verb.summary = "show a method over ranges of its parameters on a labelled contact sheet";
+    verb.summary = "Show a method over ranges of its parameters on a labelled contact sheet";
     verb.words = "VERB IN --PARAMETER VALUES";
     verb.groups = {&kTuneOptions, &kReportRunOptions};
     verb.about = kAbout;

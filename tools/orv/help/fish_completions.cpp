@@ -42,7 +42,7 @@ function __orv_first_word_of
     __orv_at $argv[1]; and test (count (commandline -opc)) = 2
 end
 
-complete -c orv -f -n __orv_first -l help -s h -d 'list verbs and topics'
+complete -c orv -f -n __orv_first -l help -s h -d 'List verbs and topics'
 complete -c orv -f -n __orv_first -l version -d 'show the version'
 )";
 

@@ -16,7 +16,8 @@ std::string exitCodes() {
            "  2    the command line is wrong\n"
            "  3    a file can't be read\n"
            "  4    a file can't be written, or exists and --force isn't given\n"
-           "  5    the method refused the picture, or its result isn't finite\n"
+           "  5    the method refused the picture, or its result isn't finite, or isn't the\n"
+           "       one that a recipe names\n"
            "  6    more memory is needed than may be used\n"
            "  130  interrupted: the shell's number for a run that ended by Ctrl-C\n"
            "\n"
@@ -124,8 +125,8 @@ std::string recipes() {
 }
 
 std::string choosing() {
-    return "  Noise        restore first; denoise keeps nearer to the source; wavelet finds\n"
-           "               the strength by itself; susan takes single specks\n"
+    return "  Noise        restore first, without options; denoise keeps nearer to the\n"
+           "               source; wavelet keeps fine texture; susan takes single specks\n"
            "  Softness     deblur brings texture back and noise with it; shock makes edges\n"
            "               steep and leaves the rest\n"
            "  Dark, light  retinex brightens the dark most; homomorphic evens all out\n"
@@ -133,11 +134,12 @@ std::string choosing() {
            "               to a grey one\n"
            "\n"
            "- Sharpening sharpens noise, and brightening brightens it: smooth first.\n"
-           "- Too much costs more than too little. Fewer --steps are milder.\n"
+           "- Too much costs more than too little. A smaller --strength is milder.\n"
            "- Noise in grains of several pixels passes as edges: scale the picture down by "
            "--max-side, or raise --sigma.\n"
            "- Strengths are in grey levels from 0 to 255, whatever the depth.\n"
-           "- Nothing diffuses across the outermost pixels, which keep most of their noise.\n";
+           "- Noise is measured at the finest details. In enlarged pictures and strong JPEG\n"
+           "it is coarser than that, and measured too low: give --strength.\n";
 }
 
 std::string environment() {

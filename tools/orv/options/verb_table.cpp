@@ -51,7 +51,7 @@ Verb runVerb() {
     Verb verb;
     verb.name = "run";
     verb.summary =
-        "replay a recipe on pictures, and verify the result where the recipe tells it";
+        "Replay a recipe on pictures, and verify the result where the recipe tells it";
     verb.words = "RECIPE IN... [OUT]";
     verb.groups = {&kPresetOptions, &kFileOptions, &kRecordOptions, &kRunOptions};
     verb.example = "orv run --preset scan page.png";
@@ -62,7 +62,7 @@ Verb runVerb() {
 Verb batchVerb() {
     Verb verb;
     verb.name = "batch";
-    verb.summary = "run a method or a recipe on many pictures, and go on where it ended";
+    verb.summary = "Run a method or a recipe on many pictures, and go on where it ended";
     verb.words = "VERB IN... -o DIR";
     verb.groups = {&kBatchTargetOptions, &kBatchOptions, &kRunOptions};
     verb.about =
@@ -105,10 +105,10 @@ std::vector<Verb> makeTable() {
     table.push_back(tuneVerb());
     table.push_back(inspectVerb());
     table.push_back(listingVerb(
-        "methods", "list the methods and their parameters, with --json for programs",
+        "methods", "List the methods and their parameters, with --json for programs",
         methodsCommand));
     table.push_back(listingVerb("solvers",
-                                "list the linear solvers that --solver takes, also with --json",
+                                "List the linear solvers that --solver takes, also with --json",
                                 solversCommand));
     table.push_back(helpVerb());
     table.push_back(completionsVerb());
