@@ -173,22 +173,6 @@ TEST(PictureAlpha, IsDroppedWithoutChangeOfColours) {
     }
 }
 
-TEST(PictureAlpha, GoesOutAndInAsAPlane) {
-    Picture picture = noisePicture(5, 3, 3, /*alpha=*/true);
-    const std::vector<unsigned char> before = picture.samples.bytes;
-    const std::unique_ptr<FloatImage> plane = alphaPlane(picture);
-    ASSERT_NE(plane, nullptr);
-    EXPECT_EQ(plane->row(2)[1], static_cast<float>(before[(1 * 5 + 2) * 4 + 3]));
-
-    plane->row(2)[1] = 7.0f;
-    storeAlpha(*plane, picture);
-
-    std::vector<unsigned char> expected = before;
-    expected[(1 * 5 + 2) * 4 + 3] = 7;
-    EXPECT_EQ(picture.samples.bytes, expected);
-    EXPECT_EQ(alphaPlane(noisePicture(5, 3, 3)), nullptr);
-}
-
 TEST(ScaleDown, LeavesASmallPictureAlone) {
     Picture picture = noisePicture(40, 30, 3);
     const std::vector<unsigned char> before = picture.samples.bytes;

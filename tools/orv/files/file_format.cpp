@@ -77,12 +77,6 @@ const FormatEntry* formatOfWord(std::string_view word) {
     return formatOfEnding(word[0] == '.' ? std::string(word) : "." + std::string(word));
 }
 
-std::string formatWords() {
-    std::string text = writableExtensions();
-    text.erase(std::remove(text.begin(), text.end(), '.'), text.end());
-    return text;
-}
-
 Format formatOfBytes(const std::vector<unsigned char>& head) {
     if (holds(head, "\x89PNG\r\n\x1a\n"sv)) {
         return Format::Png;

@@ -31,9 +31,6 @@ const FormatEntry* formatOfName(std::string_view path);
 /// The format that a word such as "jpg" asks for, in any case and with or without a dot, or null.
 const FormatEntry* formatOfWord(std::string_view word);
 
-/// The words that formatOfWord() takes and this build can write, for messages.
-std::string formatWords();
-
 /// The ending of a file name with its dot, or an empty text: ".jpg" of "a.b/c.jpg", "" of ".jpg".
 std::string endingOfName(std::string_view path);
 

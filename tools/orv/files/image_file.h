@@ -131,12 +131,4 @@ std::string scaleDown(Picture& picture, int maxSide);
 /// Leaves alpha out. Colours stay as they are stored, those of clear pixels too.
 void dropAlpha(Picture& picture);
 
-/// The alpha channel on a plane, opaque as 255.
-///
-/// Fails:   null when there is none.
-std::unique_ptr<FloatImage> alphaPlane(const Picture& picture);
-
-/// Writes a plane of the picture's size into its alpha channel, which must exist.
-void storeAlpha(const FloatImage& plane, Picture& picture);
-
 }  // namespace orv::cli

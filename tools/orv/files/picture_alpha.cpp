@@ -24,12 +24,4 @@ void dropAlpha(Picture& picture) {
     picture.alpha = false;
 }
 
-std::unique_ptr<FloatImage> alphaPlane(const Picture& picture) {
-    return picture.alpha ? planeOf(picture.samples, picture.samples.channels - 1) : nullptr;
-}
-
-void storeAlpha(const FloatImage& plane, Picture& picture) {
-    storePlane(plane, picture.samples.channels - 1, picture.samples);
-}
-
 }  // namespace orv::cli
