@@ -2,9 +2,7 @@
 
 #include <sys/stat.h>
 
-#include <cstdio>
-#include <memory>
-
+#include "files/output_file.h"
 #include "recipe/recipe.h"
 
 namespace orv::cli {
@@ -18,15 +16,6 @@ bool isSame(const PictureFacts& facts, const FileStamp& stamp) {
 void note(const FileStamp& stamp, PictureFacts& facts) {
     facts.bytes = stamp.bytes;
     facts.modified = stamp.modified;
-}
-
-bool writeText(const std::string& path, const std::string& text) {
-    std::FILE* const file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) {
-        return false;
-    }
-    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    return std::fclose(file) == 0 && written;
 }
 
 }  // namespace
@@ -72,8 +61,8 @@ std::string completeRecipe(const std::string& recipePath, const std::string& req
     note(file.stamp, *recipe.input);
     recipe.output->file = file.output;
     note(stamp, *recipe.output);
-    return writeText(recipePath, writeRecipe(recipe)) ? std::string()
-                                                      : "the recipe can't be written";
+    return writeText(recipePath, writeRecipe(recipe)).empty() ? std::string()
+                                                              : "the recipe can't be written";
 }
 
 }  // namespace orv::cli

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "batch/finished_work.h"
+#include "files/output_file.h"
 #include "recipe/json_value.h"
 #include "terminal/messages.h"
 
@@ -55,13 +56,13 @@ bool endedWith(int status, ExitCode code) {
     return WIFEXITED(status) && WEXITSTATUS(status) == static_cast<int>(code);
 }
 
-bool writeText(const std::string& path, const std::string& text, const char* mode) {
-    std::FILE* const file = std::fopen(path.c_str(), mode);
-    if (file == nullptr) {
-        return false;
+/// Adds to a list. Failures show on the terminal as well, so one that fails costs nothing.
+void addText(const std::string& path, const std::string& text) {
+    std::FILE* const file = std::fopen(path.c_str(), "ab");
+    if (file != nullptr) {
+        std::fwrite(text.data(), 1, text.size(), file);
+        std::fclose(file);
     }
-    std::fwrite(text.data(), 1, text.size(), file);
-    return std::fclose(file) == 0;
 }
 
 }  // namespace
@@ -72,7 +73,7 @@ WorkerPool::WorkerPool(const BatchOrder& order, BatchPlan& plan, const BatchFold
     // What holds for all pictures was said once, before the first.
     warned_.insert(order.warnings.begin(), order.warnings.end());
     if (!order.recipe.empty()) {
-        writeText(folder.sharedFile(std::string(kRecipeCopy)), order.recipe, "wb");
+        writeText(folder.sharedFile(std::string(kRecipeCopy)), order.recipe);
     }
     std::remove(folder.failureList().c_str());
     for (std::size_t i = 0; i < plan.files.size(); ++i) {
@@ -276,9 +277,7 @@ void WorkerPool::finish(std::size_t file, std::string reason) {
 }
 
 void WorkerPool::noteFailure(const BatchFile& file) {
-    writeText(folder_.failureList(), printable(file.input) + ": " + file.reason + "\n",
-              listed_ ? "ab" : "wb");
-    listed_ = true;
+    addText(folder_.failureList(), printable(file.input) + ": " + file.reason + "\n");
 }
 
 }  // namespace orv::cli

@@ -62,7 +62,6 @@ class WorkerPool {
     std::vector<Worker> workers_;
     std::set<std::string> warned_;
     Failure wrongCommand_;
-    bool listed_ = false;  // whether the list of failures is begun
 };
 
 }  // namespace orv::cli

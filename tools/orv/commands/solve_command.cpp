@@ -1,7 +1,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -69,17 +68,6 @@ std::unique_ptr<FloatImage> brightnessOf(const Planes& planes, const StudiedPict
         }
     }
     return plane;
-}
-
-/// Fails:   with a reason; an empty text means success.
-std::string writeFile(const std::string& path, const std::string& text) {
-    errno = 0;
-    std::FILE* const file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) {
-        return std::strerror(errno);
-    }
-    const bool whole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    return std::fclose(file) == 0 && whole ? std::string() : std::strerror(errno);
 }
 
 /// What forbids studying the scheme that is given, though restore takes it.
@@ -184,7 +172,7 @@ ExitCode process(const SolveRequest& request, const Arguments& arguments, StudyO
 
     const StudyReport report{request.command, part, arguments, study};
     if (!request.output.empty()) {
-        error = writeFile(output.temporaryPath(), reportText(report, format));
+        error = writeText(output.temporaryPath(), reportText(report, format));
         if (!error.empty()) {
             bar.clear();
             return fail(ExitCode::Output, request.output + ": can't be written: " + error);

@@ -2,13 +2,10 @@
 
 #include <sys/stat.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
 #include "compare/comparison_numbers.h"
 #include "compare/comparison_page.h"
 #include "compare/comparison_sheet.h"
+#include "files/output_file.h"
 #include "methods/suggestion.h"
 
 namespace orv::cli {
@@ -22,19 +19,6 @@ std::string withoutFolder(const std::string& path) {
 bool endsIn(std::string_view path, std::string_view ending) {
     return path.size() > ending.size() &&
            sameWord(path.substr(path.size() - ending.size()), ending);
-}
-
-std::string writeText(const std::string& path, const std::string& text) {
-    std::FILE* const file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) {
-        return std::strerror(errno);
-    }
-    const bool whole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    const int error = errno;
-    if (std::fclose(file) != 0) {
-        return std::strerror(errno);
-    }
-    return whole ? std::string() : std::strerror(error);
 }
 
 }  // namespace

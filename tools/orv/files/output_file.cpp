@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -39,10 +40,21 @@ bool exists(const std::string& path) {
     return stat(path.c_str(), &status) == 0;
 }
 
-std::string writeStream(std::FILE* file, const std::vector<unsigned char>& bytes) {
-    const bool whole = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
-                       std::fflush(file) == 0;
+std::string writeStream(std::FILE* file, const void* bytes, std::size_t count) {
+    const bool whole = std::fwrite(bytes, 1, count, file) == count && std::fflush(file) == 0;
     return whole ? std::string() : std::strerror(errno);
+}
+
+std::string writeFile(const std::string& path, const void* bytes, std::size_t count) {
+    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        return std::strerror(errno);
+    }
+    std::string error = writeStream(file, bytes, count);
+    if (std::fclose(file) != 0 && error.empty()) {
+        error = std::strerror(errno);
+    }
+    return error;
 }
 
 }  // namespace
@@ -164,15 +176,11 @@ std::string OutputFile::commit() {
 }
 
 std::string writeBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
-    std::FILE* const file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) {
-        return std::strerror(errno);
-    }
-    std::string error = writeStream(file, bytes);
-    if (std::fclose(file) != 0 && error.empty()) {
-        error = std::strerror(errno);
-    }
-    return error;
+    return writeFile(path, bytes.data(), bytes.size());
+}
+
+std::string writeText(const std::string& path, std::string_view text) {
+    return writeFile(path, text.data(), text.size());
 }
 
 std::string standardOutputRefusal() {
@@ -185,7 +193,7 @@ std::string standardOutputRefusal() {
 std::string writeStandardOutput(const std::vector<unsigned char>& bytes) {
     std::string error = standardOutputRefusal();
     if (error.empty()) {
-        error = writeStream(stdout, bytes);
+        error = writeStream(stdout, bytes.data(), bytes.size());
         error = error.empty() ? error : "standard output: can't be written: " + error;
     }
     return error;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -53,6 +54,9 @@ class OutputFile {
 ///
 /// Fails:   with the system's reason; an empty text means success.
 std::string writeBytes(const std::string& path, const std::vector<unsigned char>& bytes);
+
+/// The same for a text.
+std::string writeText(const std::string& path, std::string_view text);
 
 /// Writes bytes, and nothing else, to standard output.
 ///

@@ -97,9 +97,7 @@ Failure JobRecords::writeRecipeOf(const std::vector<Step>& steps, const PictureF
     Recipe recipe = recipeOf(steps, options_);
     recipe.input = input_;
     recipe.output = result;
-    const std::string text = writeRecipe(recipe);
-    return written(options_.recipe,
-                   writeBytes(recipe_.temporaryPath(), {text.begin(), text.end()}));
+    return written(options_.recipe, writeText(recipe_.temporaryPath(), writeRecipe(recipe)));
 }
 
 Failure JobRecords::writeComparisonWith(const Picture& result) {
