@@ -137,14 +137,6 @@ std::string escaped(std::string_view text, std::string_view special) {
     return result;
 }
 
-std::string singleQuoted(std::string_view text) {
-    std::string result = "'";
-    for (const char c : text) {
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return result + "'";
-}
-
 std::span<const std::string_view> completionShells() {
     return kShells;
 }

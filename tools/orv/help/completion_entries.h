@@ -37,7 +37,4 @@ std::string joinedWords(const std::vector<std::string>& words, std::string_view 
 /// A text with a backslash before each character of `special`.
 std::string escaped(std::string_view text, std::string_view special);
 
-/// A text between single quotes, for shells that close, escape and reopen them.
-std::string singleQuoted(std::string_view text);
-
 }  // namespace orv::cli

@@ -1,5 +1,6 @@
 #include "help/completion_entries.h"
 #include "help/completions.h"
+#include "terminal/shell_text.h"
 
 namespace orv::cli {
 

@@ -2,15 +2,19 @@
 
 namespace orv::cli {
 
+std::string singleQuoted(std::string_view text) {
+    std::string result = "'";
+    for (const char c : text) {
+        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return result + "'";
+}
+
 std::string shellWord(std::string_view word) {
     if (!word.empty() && word.find_first_of(" \t\n\"'\\$`*?[](){}<>|&;~#!") == word.npos) {
         return std::string(word);
     }
-    std::string text = "'";
-    for (const char c : word) {
-        text += c == '\'' ? "'\\''" : std::string(1, c);
-    }
-    return text + "'";
+    return singleQuoted(word);
 }
 
 std::string commandText(std::string_view verb, const std::vector<std::string>& words) {

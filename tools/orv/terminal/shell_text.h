@@ -6,6 +6,9 @@
 
 namespace orv::cli {
 
+/// A text between single quotes, for shells that close, escape and reopen them.
+std::string singleQuoted(std::string_view text);
+
 /// A word as a shell takes it for one: in single quotes where it needs them.
 std::string shellWord(std::string_view word);
 
