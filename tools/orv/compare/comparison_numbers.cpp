@@ -156,16 +156,6 @@ std::string comparisonTable(const Comparison& comparison) {
     return text + notes(comparison);
 }
 
-std::string pictureKind(const Picture& picture) {
-    const InterleavedSamples& samples = picture.samples;
-    const std::string depth = samples.depth == SampleDepth::Float
-                                  ? "float "
-                                  : std::to_string(8 * bytesOf(samples.depth)) + "-bit ";
-    return std::to_string(samples.width) + " x " + std::to_string(samples.height) +
-           " pixels, " + depth + (picture.colours == 1 ? "grey" : "colour") +
-           (picture.alpha ? " with alpha" : "");
-}
-
 std::string psnrText(const DifferenceFigures& figures) {
     const double psnr = figures.psnr();
     return std::isfinite(psnr) ? formatted("%.2f dB", psnr) : "infinite";

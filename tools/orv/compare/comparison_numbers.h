@@ -16,9 +16,6 @@ std::string comparisonJson(const Comparison& comparison);
 /// A comparison as a table for a terminal of 60 columns and more.
 std::string comparisonTable(const Comparison& comparison);
 
-/// "451 x 300, 8-bit colour with alpha"
-std::string pictureKind(const Picture& picture);
-
 /// "31.42 dB", or "infinite" when nothing differs.
 std::string psnrText(const DifferenceFigures& figures);
 

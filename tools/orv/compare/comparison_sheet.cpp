@@ -11,6 +11,7 @@
 #include "compare/shown_picture.h"
 #include "drawing/canvas.h"
 #include "drawing/label.h"
+#include "drawing/sheet_colours.h"
 #include "report/study_report.h"
 #include "terminal/messages.h"
 
@@ -18,9 +19,6 @@ namespace orv::cli {
 
 namespace {
 
-constexpr Colour kGround{236, 236, 236};
-constexpr Colour kInk{24, 24, 24};
-constexpr Colour kSoftInk{84, 84, 84};
 /// Room for the labels of a small picture.
 constexpr int kNarrowestPanel = 240;
 /// The width of a sheet that its text is drawn on as the font is.

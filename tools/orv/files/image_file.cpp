@@ -101,6 +101,16 @@ bool stripOfWord(std::string_view word, Strip& strip) {
     return false;
 }
 
+std::string pictureKind(const Picture& picture) {
+    const InterleavedSamples& samples = picture.samples;
+    const std::string depth = samples.depth == SampleDepth::Float
+                                  ? "float "
+                                  : std::to_string(8 * bytesOf(samples.depth)) + "-bit ";
+    return std::to_string(samples.width) + " x " + std::to_string(samples.height) +
+           " pixels, " + depth + (picture.colours == 1 ? "grey" : "colour") +
+           (picture.alpha ? " with alpha" : "");
+}
+
 std::string readHeader(const PictureSource& source, PictureHeader& header) {
     return withoutError(source.name, headerOf(source, header));
 }

@@ -80,6 +80,9 @@ std::string vipsVersion();
 /// Fails:   false for any other word.
 bool stripOfWord(std::string_view word, Strip& strip);
 
+/// "451 x 300 pixels, 8-bit colour with alpha"
+std::string pictureKind(const Picture& picture);
+
 /// Reads what the head of a file tells; no samples are decoded.
 ///
 /// Fails:   with one line that begins with the name: can't be read, no known format, damaged.

@@ -18,10 +18,6 @@ std::string unknownFormat(const std::string& path) {
     return path + ": the ending names no format that orv writes (" + writableExtensions() + ")";
 }
 
-std::string depthText(SampleDepth depth) {
-    return depth == SampleDepth::Float ? "float" : std::to_string(8 * bytesOf(depth)) + "-bit";
-}
-
 }  // namespace
 
 JobTarget::JobTarget(const JobFiles& files, const JobOptions& options)
@@ -82,11 +78,8 @@ std::string JobTarget::resultLine(const Picture& picture, double seconds) const 
     struct stat status {};
     const double bytes =
         stat(files_.output.c_str(), &status) == 0 ? static_cast<double>(status.st_size) : 0.0;
-    const InterleavedSamples& samples = picture.samples;
-    return files_.output + ": " + std::to_string(samples.width) + " x " +
-           std::to_string(samples.height) + " pixels, " + depthText(samples.depth) +
-           (picture.colours == 1 ? " grey" : " colour") + (picture.alpha ? " with alpha" : "") +
-           ", " + sizeText(bytes) + ", in " + durationText(seconds) + "\n";
+    return files_.output + ": " + pictureKind(picture) + ", " + sizeText(bytes) + ", in " +
+           durationText(seconds) + "\n";
 }
 
 }  // namespace orv::cli

@@ -7,15 +7,14 @@
 
 #include "drawing/canvas.h"
 #include "drawing/label.h"
+#include "drawing/sheet_colours.h"
 
 namespace orv::cli {
 
 namespace {
 
-constexpr Colour kGround{236, 236, 236};
+/// In the place of a result that the method refused.
 constexpr Colour kEmpty{214, 214, 214};
-constexpr Colour kInk{24, 24, 24};
-constexpr Colour kSoftInk{84, 84, 84};
 /// Room for the labels of a small crop.
 constexpr int kNarrowestCell = 256;
 /// Crops of this width and more have labels of twice the size, and so on.
