@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstddef>
 
@@ -20,9 +21,12 @@ extern "C" void noteSignal(int signal) {
     if (firstSignal == 0) {
         firstSignal = signal;
     }
+    // What was interrupted may be about to look at its own error.
+    const int before = errno;
     const char byte = 1;
     const ssize_t written = write(wake[1], &byte, 1);
     static_cast<void>(written);
+    errno = before;
 }
 
 }  // namespace
