@@ -87,13 +87,11 @@ Failure checkMemory(const std::string& name, const PictureHeader& header,
     }
     PictureSize whole = sizeOf(header);
     PictureSize part = whole;
-    constexpr int kMargins = 512;
-    constexpr double kMostWhole = 4e6;
-    if (static_cast<double>(whole.width) * whole.height > kMostWhole) {
-        part.width = std::min(whole.width, request.crop.width + kMargins);
-        part.height = std::min(whole.height, request.crop.height + kMargins);
-    }
     const double pixels = static_cast<double>(whole.width) * whole.height;
+    if (pixels > kMostTunedWhole) {
+        part.width = std::min(whole.width, request.crop.width + 2 * kTuneMargin);
+        part.height = std::min(whole.height, request.crop.height + 2 * kTuneMargin);
+    }
     const double kept =
         8.0 * part.colours * part.width * static_cast<double>(part.height) +
         3.0 * sheetPixels(request.sheet, request.crop.width, request.crop.height);

@@ -1,7 +1,9 @@
 #include "tune/tune_run.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 #include "methods/automatic.h"
 #include "methods/interleaved_planes.h"
@@ -9,9 +11,6 @@
 namespace orv::cli {
 
 namespace {
-
-constexpr double kMostWhole = 4.0e6;
-constexpr int kMargin = 256;
 
 std::unique_ptr<FloatImage> cut(const FloatImage& plane, const CropPlace& place) {
     auto part = std::make_unique<FloatImage>(place.width, place.height);
@@ -133,9 +132,9 @@ Failure runCells(const Picture& picture, const CropOrder& order, TuneSheet& shee
     }
     chooseAll(planes, sheet);
     sheet.original = pictureOf(cut(planes, sheet.crop));
-    const bool whole = static_cast<double>(sheet.width) * sheet.height <= kMostWhole;
+    const bool whole = static_cast<double>(sheet.width) * sheet.height <= kMostTunedWhole;
     sheet.worked = whole ? CropPlace{0, 0, sheet.width, sheet.height}
-                         : withMargin(sheet.crop, kMargin, sheet.width, sheet.height);
+                         : withMargin(sheet.crop, kTuneMargin, sheet.width, sheet.height);
     source.part = whole ? std::move(planes) : cut(planes, sheet.worked);
     planes.clear();
     source.inner = {sheet.crop.x - sheet.worked.x, sheet.crop.y - sheet.worked.y,

@@ -47,6 +47,11 @@ struct TuneSheet {
     bool whole() const { return worked.width == width && worked.height == height; }
 };
 
+/// Up to so many pixels a method runs on the whole picture, above it on the crop with kTuneMargin
+/// pixels around.
+inline constexpr double kMostTunedWhole = 4.0e6;
+inline constexpr int kTuneMargin = 256;
+
 /// Runs the method once for each cell, on the whole picture up to 4 megapixels, else on the crop
 /// with 256 pixels around it. Automation measures the whole picture in any case.
 ///
