@@ -1,7 +1,8 @@
 #include "pipeline/job_options.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <utility>
 
 #include "methods/method_catalogue.h"
@@ -15,38 +16,34 @@ namespace {
 
 constexpr int kLongestSide = 1000000;
 
-std::string notExpected(std::string_view name, const std::string& text,
-                        const std::string& suggestion) {
+const Option* findOption(std::string_view name) {
     for (const OptionGroup* const group : {&kFileOptions, &kRunOptions}) {
         for (const Option& option : group->options) {
             if (option.name == name) {
-                return "--" + std::string(name) + ": '" + text + "' is not known" + suggestion +
-                       " (expected " + std::string(option.expected) + ")";
+                return &option;
             }
         }
     }
-    return {};
+    return nullptr;
 }
 
 /// Checks a text against the words of its option.
 std::string checkWord(std::string_view name, const std::string& text) {
+    const Option* const option = findOption(name);
+    if (option == nullptr) {
+        return {};
+    }
     std::vector<std::string_view> known;
-    for (const OptionGroup* const group : {&kFileOptions, &kRunOptions}) {
-        for (const Option& option : group->options) {
-            std::string_view rest = option.name == name ? option.words : std::string_view();
-            while (!rest.empty()) {
-                const std::size_t end = std::min(rest.find(' '), rest.size());
-                known.push_back(rest.substr(0, end));
-                rest.remove_prefix(std::min(end + 1, rest.size()));
-            }
-        }
+    for (std::string_view rest = option->words; !rest.empty();) {
+        const std::size_t end = std::min(rest.find(' '), rest.size());
+        known.push_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
-    for (const std::string_view word : known) {
-        if (word == text) {
-            return {};
-        }
+    if (std::find(known.begin(), known.end(), text) != known.end()) {
+        return {};
     }
-    return notExpected(name, text, didYouMean(text, known));
+    return "--" + std::string(name) + ": '" + text + "' is not known" +
+           didYouMean(text, known) + " (expected " + std::string(option->expected) + ")";
 }
 
 std::string readWhole(std::string_view name, const std::string& text, int most, int& value) {
