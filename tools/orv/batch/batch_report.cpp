@@ -227,7 +227,7 @@ std::string writeBatchReport(const BatchOrder& order, const BatchPlan& plan, dou
         return error;
     }
     const std::string page = pageOf(order, plan, seconds, std::move(thumbnails));
-    error = writeBytes(file.temporaryPath(), {page.begin(), page.end()});
+    error = writeText(file.temporaryPath(), page);
     return error.empty() ? file.commit() : order.report + ": can't be written: " + error;
 }
 

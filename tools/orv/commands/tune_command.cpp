@@ -111,13 +111,7 @@ Failure checkMemory(const std::string& name, const PictureHeader& header,
 Failure readInput(const TuneRequest& request, ProgressBar& bar, Picture& picture) {
     PictureSource source;
     PictureHeader header;
-    std::string error = openSource(request.sheet.input, source);
-    if (error.empty()) {
-        error = readHeader(source, header);
-    }
-    if (error.empty() && !header.refusal.empty()) {
-        error = source.name + ": " + header.refusal;
-    }
+    std::string error = openPicture(request.sheet.input, source, header);
     if (!error.empty()) {
         return {ExitCode::Input, std::move(error)};
     }

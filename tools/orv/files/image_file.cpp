@@ -83,7 +83,7 @@ std::string headerOf(const PictureSource& source, PictureHeader& header) {
     return error;
 }
 
-std::string withoutError(const std::string& name, const std::string& error) {
+std::string named(const std::string& name, const std::string& error) {
     return error.empty() ? error : name + ": " + error;
 }
 
@@ -112,7 +112,15 @@ std::string pictureKind(const Picture& picture) {
 }
 
 std::string readHeader(const PictureSource& source, PictureHeader& header) {
-    return withoutError(source.name, headerOf(source, header));
+    return named(source.name, headerOf(source, header));
+}
+
+std::string openPicture(const std::string& word, PictureSource& source, PictureHeader& header) {
+    std::string error = openSource(word, source);
+    if (error.empty()) {
+        error = readHeader(source, header);
+    }
+    return error.empty() ? named(source.name, header.refusal) : error;
 }
 
 std::string readPicture(const PictureSource& source, Picture& picture) {
@@ -125,7 +133,7 @@ std::string readPicture(const PictureSource& source, Picture& picture) {
         error = isOwn(header.format) ? decodeOwn(source, header.format, picture)
                                      : readByVips(source, header.format, picture);
     }
-    return withoutError(source.name, error);
+    return named(source.name, error);
 }
 
 std::string readPicture(const std::string& path, Picture& picture) {

@@ -90,6 +90,11 @@ std::string pictureKind(const Picture& picture);
 ///          header. An empty text means success.
 std::string readHeader(const PictureSource& source, PictureHeader& header);
 
+/// openSource() and readHeader() in one.
+///
+/// Fails:   as these do, and with the refusal of the header.
+std::string openPicture(const std::string& word, PictureSource& source, PictureHeader& header);
+
 /// Reads a picture.
 ///
 /// A picture that is stored turned, by its EXIF orientation, comes upright.

@@ -44,13 +44,7 @@ Inspection inspect(const std::string& path, std::optional<double> limit) {
     inspection.path = path;
     inspection.limit = limit;
     PictureSource source;
-    inspection.error = openSource(path, source);
-    if (inspection.error.empty()) {
-        inspection.error = readHeader(source, inspection.header);
-    }
-    if (inspection.error.empty() && !inspection.header.refusal.empty()) {
-        inspection.error = source.name + ": " + inspection.header.refusal;
-    }
+    inspection.error = openPicture(path, source, inspection.header);
     if (!inspection.error.empty()) {
         return inspection;
     }

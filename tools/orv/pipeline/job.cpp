@@ -56,13 +56,7 @@ class Job {
   private:
     /// Everything that can be refused before the samples are read.
     Failure look() {
-        std::string error = openSource(files_.input, source_);
-        if (error.empty()) {
-            error = readHeader(source_, header_);
-        }
-        if (error.empty() && !header_.refusal.empty()) {
-            error = source_.name + ": " + header_.refusal;
-        }
+        std::string error = openPicture(files_.input, source_, header_);
         if (!error.empty()) {
             return {ExitCode::Input, std::move(error)};
         }
