@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -30,14 +28,6 @@
 namespace orv::cli {
 
 namespace {
-
-std::string unknownReport(const std::string& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
-        return path + ": is a folder; name a file in it";
-    }
-    return path + ": the ending names no report that orv writes (" + reportExtensions() + ")";
-}
 
 /// The middle `size` x `size` samples of a picture, or all for 0.
 StudiedPicture partOf(const std::string& path, const Picture& picture, int size) {
@@ -133,7 +123,8 @@ struct SolveRequest {
 ExitCode process(const SolveRequest& request, const Arguments& arguments, StudyOrder order) {
     const ReportFormat format = reportFormatOf(request.output);
     if (!request.output.empty() && format == ReportFormat::Unknown) {
-        return fail(ExitCode::Output, unknownReport(request.output));
+        return fail(ExitCode::Output,
+                    endingRefusal(request.output, "report", reportExtensions()));
     }
     watchInterruptions();
     ProgressBar bar("solve", request.quiet ? ProgressStyle::None : request.progress);

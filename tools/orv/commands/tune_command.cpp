@@ -145,8 +145,7 @@ Failure writeSheet(const TuneRequest& request, const Picture& picture, OutputFil
 Failure openOutput(const TuneRequest& request, OutputFile& output) {
     std::string error;
     if (formatOfName(request.output) == nullptr) {
-        error = request.output + ": the ending names no format that orv writes (" +
-                writableExtensions() + ")";
+        error = endingRefusal(request.output, "format", writableExtensions());
     } else {
         error = output.open(request.output, request.common.force);
     }

@@ -1,7 +1,5 @@
 #include "compare/comparison.h"
 
-#include <sys/stat.h>
-
 #include "compare/comparison_numbers.h"
 #include "compare/comparison_page.h"
 #include "compare/comparison_sheet.h"
@@ -54,12 +52,7 @@ std::string comparisonExtensions() {
 std::string comparisonRefusal(const std::string& path) {
     const ComparisonFormat format = comparisonFormatOf(path);
     if (format.form == ComparisonForm::Unknown) {
-        struct stat status {};
-        if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
-            return path + ": is a folder; name a file in it";
-        }
-        return path + ": the ending names no comparison that orv writes (" +
-               comparisonExtensions() + ")";
+        return endingRefusal(path, "comparison", comparisonExtensions());
     }
     if (format.form == ComparisonForm::Sheet) {
         // A sheet is a picture in colour of 8 bits without alpha.

@@ -18,6 +18,8 @@ namespace orv::cli {
 
 namespace {
 
+constexpr const char* kIsFolder = ": is a folder; name a file in it";
+
 std::string systemError(const std::string& path, int error) {
     return path +
            ": can't be written: " + (error == ENOENT ? "no such folder" : std::strerror(error));
@@ -38,6 +40,11 @@ std::string folderOf(const std::string& path) {
 bool exists(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0;
+}
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 std::string writeStream(std::FILE* file, const void* bytes, std::size_t count) {
@@ -121,7 +128,7 @@ std::string OutputFile::open(const std::string& path, bool overwrite) {
     struct stat status {};
     if (stat(path.c_str(), &status) == 0) {
         if (S_ISDIR(status.st_mode)) {
-            return path + ": is a folder; name a file in it";
+            return path + kIsFolder;
         }
         if (!S_ISREG(status.st_mode)) {
             return path + ": is no regular file";
@@ -181,6 +188,13 @@ std::string writeBytes(const std::string& path, const std::vector<unsigned char>
 
 std::string writeText(const std::string& path, std::string_view text) {
     return writeFile(path, text.data(), text.size());
+}
+
+std::string endingRefusal(const std::string& path, std::string_view what,
+                          std::string_view endings) {
+    return isFolder(path) ? path + kIsFolder
+                          : path + ": the ending names no " + std::string(what) +
+                                " that orv writes (" + std::string(endings) + ")";
 }
 
 std::string standardOutputRefusal() {

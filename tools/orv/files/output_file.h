@@ -63,6 +63,11 @@ std::string writeText(const std::string& path, std::string_view text);
 /// Fails:   with one line, so when it is a terminal; an empty text means success.
 std::string writeStandardOutput(const std::vector<unsigned char>& bytes);
 
+/// Why a path whose ending isn't known can't be written: "a.xyz: the ending names no report that
+/// orv writes (.html .csv)", or that it is a folder.
+std::string endingRefusal(const std::string& path, std::string_view what,
+                          std::string_view endings);
+
 /// What forbids writing a picture to standard output, as one line; empty when nothing does.
 std::string standardOutputRefusal();
 

@@ -8,18 +8,6 @@
 
 namespace orv::cli {
 
-namespace {
-
-std::string unknownFormat(const std::string& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
-        return path + ": is a folder; name a file in it";
-    }
-    return path + ": the ending names no format that orv writes (" + writableExtensions() + ")";
-}
-
-}  // namespace
-
 JobTarget::JobTarget(const JobFiles& files, const JobOptions& options)
     : files_(files), options_(options) {}
 
@@ -37,7 +25,7 @@ Failure JobTarget::choose(const PictureHeader& header) {
         settings_.ending = endingOfName(files_.output);
     }
     if (settings_.format == nullptr) {
-        return {ExitCode::Output, unknownFormat(files_.output)};
+        return {ExitCode::Output, endingRefusal(files_.output, "format", writableExtensions())};
     }
     return {};
 }
