@@ -5,9 +5,9 @@
 #include <cstdio>
 
 #include "batch/batch_summary.h"
-#include "recipe/json_value.h"
 #include "terminal/messages.h"
 #include "terminal/terminal.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 

@@ -12,8 +12,8 @@
 #include "batch/thumbnail_set.h"
 #include "compare/comparison_page.h"
 #include "files/output_file.h"
-#include "recipe/json_value.h"
 #include "terminal/messages.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 

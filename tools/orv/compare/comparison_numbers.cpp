@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <vector>
 
-#include "report/study_report.h"
 #include "terminal/messages.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 
@@ -24,7 +24,7 @@ std::string formatted(const char* format, Values... values) {
 void addPicture(JsonText& json, std::string_view key, const std::string& name,
                 const Picture& picture) {
     json.beginObject(key);
-    json.member("name", asUtf8(name));
+    json.member("name", cleanUtf8(name, "?"));
     json.memberNumber("width", picture.samples.width);
     json.memberNumber("height", picture.samples.height);
     json.memberNumber("bits", 8.0 * static_cast<double>(bytesOf(picture.samples.depth)));
@@ -110,7 +110,7 @@ std::string notes(const Comparison& comparison) {
 void addComparison(JsonText& json, const Comparison& comparison) {
     const PictureComparison& figures = comparison.figures;
     json.member("program", "orv " ORV_VERSION);
-    json.member("command", asUtf8(comparison.facts.command));
+    json.member("command", cleanUtf8(comparison.facts.command, "?"));
     addPicture(json, "before", comparison.beforeName(), comparison.before);
     addPicture(json, "after", comparison.afterName(), comparison.after);
     json.member("alpha", nameOf(figures.alpha));

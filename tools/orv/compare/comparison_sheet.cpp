@@ -12,8 +12,8 @@
 #include "drawing/canvas.h"
 #include "drawing/label.h"
 #include "drawing/sheet_colours.h"
-#include "report/study_report.h"
 #include "terminal/messages.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 
@@ -125,8 +125,8 @@ Row wholeRow(const Comparison& comparison, int reduction, int gain) {
     row.pictures = {shownPicture(comparison.before, reduction),
                     shownPicture(comparison.after, reduction),
                     shownDifference(comparison.before, comparison.after, reduction, gain)};
-    row.titles = {"before: " + printable(asUtf8(comparison.beforeName())),
-                  "after: " + printable(asUtf8(comparison.afterName())), "difference"};
+    row.titles = {"before: " + printable(cleanUtf8(comparison.beforeName(), "?")),
+                  "after: " + printable(cleanUtf8(comparison.afterName(), "?")), "difference"};
     const std::string shown = reduction == 1 ? "" : ", shown at 1/" + std::to_string(reduction);
     row.notes = {pictureKind(comparison.before) + shown, pictureKind(comparison.after) + shown,
                  gainText(comparison.figures, gain)};

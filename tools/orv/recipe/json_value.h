@@ -35,7 +35,4 @@ std::string shownText(std::string_view text);
 ///          value, "steps[0].verb: "; an empty text means success.
 std::string parseJson(std::string_view text, JsonValue& value);
 
-/// The text with every byte that is no UTF-8 replaced by U+FFFD, as JSON texts need it.
-std::string cleanUtf8(std::string_view text);
-
 }  // namespace orv::cli

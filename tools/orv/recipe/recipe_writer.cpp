@@ -3,9 +3,9 @@
 
 #include "methods/json_text.h"
 #include "methods/method_catalogue.h"
-#include "recipe/json_value.h"
 #include "recipe/recipe.h"
 #include "recipe/step_parameters.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 

@@ -10,6 +10,7 @@
 #include "methods/solver_listing.h"
 #include "methods/suggestion.h"
 #include "report/report_page.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 
@@ -54,7 +55,7 @@ void addSolver(JsonText& json, const SolverRecordOfStudy& record) {
 
 void addPicture(JsonText& json, const StudiedPicture& picture) {
     json.beginObject("picture");
-    json.member("name", asUtf8(picture.name));
+    json.member("name", cleanUtf8(picture.name, "?"));
     json.memberNumber("width", picture.width);
     json.memberNumber("height", picture.height);
     json.memberNumber("x", picture.x);
@@ -88,7 +89,7 @@ std::string jsonOf(const StudyReport& report) {
     JsonText json;
     json.beginObject();
     json.member("program", "orv " ORV_VERSION);
-    json.member("command", asUtf8(report.command));
+    json.member("command", cleanUtf8(report.command, "?"));
     addPicture(json, report.picture);
     addSystem(json, report.arguments, report.study);
     json.beginArray("solvers");
@@ -138,30 +139,6 @@ std::string csvOf(const SolverStudy& study) {
     return text;
 }
 
-/// The length of the UTF-8 sequence at the front of a text, or 0.
-std::size_t sequenceLength(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned first = byte(0);
-    const std::size_t length = first < 0x80                    ? 1
-                               : first >= 0xc2 && first < 0xe0 ? 2
-                               : first >= 0xe0 && first < 0xf0 ? 3
-                               : first >= 0xf0 && first < 0xf5 ? 4
-                                                               : 0;
-    if (length == 0 || text.size() < length) {
-        return 0;
-    }
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xc0) != 0x80) {
-            return 0;
-        }
-    }
-    // Overlong forms, surrogates and what lies beyond the last plane.
-    const unsigned second = length > 1 ? byte(1) : 0;
-    const bool wrong = (first == 0xe0 && second < 0xa0) || (first == 0xed && second >= 0xa0) ||
-                       (first == 0xf0 && second < 0x90) || (first == 0xf4 && second >= 0x90);
-    return wrong ? 0 : length;
-}
-
 }  // namespace
 
 ReportFormat reportFormatOf(std::string_view path) {
@@ -196,21 +173,6 @@ std::string reportText(const StudyReport& report, ReportFormat format) {
             break;
     }
     return jsonOf(report);
-}
-
-std::string asUtf8(std::string_view text) {
-    std::string result;
-    while (!text.empty()) {
-        const std::size_t length = sequenceLength(text);
-        if (length == 0) {
-            result += '?';
-            text.remove_prefix(1);
-        } else {
-            result += text.substr(0, length);
-            text.remove_prefix(length);
-        }
-    }
-    return result;
 }
 
 }  // namespace orv::cli

@@ -39,7 +39,4 @@ std::string reportExtensions();
 /// The report as the text of a file.
 std::string reportText(const StudyReport& report, ReportFormat format);
 
-/// The text with every byte that is no UTF-8 replaced by '?'.
-std::string asUtf8(std::string_view text);
-
 }  // namespace orv::cli
