@@ -7,7 +7,6 @@
 #include "batch/batch_summary.h"
 #include "terminal/messages.h"
 #include "terminal/terminal.h"
-#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 
@@ -32,10 +31,6 @@ std::string_view statusWord(BatchStatus status) {
     return status == BatchStatus::Done      ? "done"
            : status == BatchStatus::Skipped ? "skipped"
                                             : "failed";
-}
-
-std::string quoted(const std::string& text) {
-    return jsonQuoted(cleanUtf8(text));
 }
 
 std::string nameOf(const std::string& path) {
@@ -85,7 +80,7 @@ BatchProgress::BatchProgress(const BatchOrder& order, const BatchPlan& plan)
     }
     running_.clear();
     if (style_ == ProgressStyle::Json) {
-        line("{\"event\":\"start\",\"verb\":" + quoted(order.verb) +
+        line("{\"event\":\"start\",\"verb\":" + jsonQuoted(order.verb) +
              ",\"files\":" + std::to_string(plan.files.size()) +
              ",\"skipped\":" + std::to_string(plan.count(BatchStatus::Skipped)) +
              ",\"jobs\":" + std::to_string(order.jobs) + "}");
@@ -154,10 +149,10 @@ void BatchProgress::fileEvent(const BatchFile& file) {
         }
         return;
     }
-    line("{\"event\":\"file\",\"file\":" + quoted(file.input) +
-         ",\"output\":" + quoted(file.output) + ",\"status\":\"" +
-         std::string(statusWord(file.status)) + "\",\"seconds\":" + number(file.seconds) +
-         ",\"reason\":" + quoted(file.reason) + ",\"finished\":" + std::to_string(finished_) +
+    line("{\"event\":\"file\",\"file\":" + jsonQuoted(file.input) + ",\"output\":" +
+         jsonQuoted(file.output) + ",\"status\":\"" + std::string(statusWord(file.status)) +
+         "\",\"seconds\":" + number(file.seconds) + ",\"reason\":" + jsonQuoted(file.reason) +
+         ",\"finished\":" + std::to_string(finished_) +
          ",\"of\":" + std::to_string(plan_.files.size()) + "}");
 }
 
@@ -182,7 +177,7 @@ std::string BatchProgress::runningNames() const {
 void BatchProgress::progressEvent(double left) const {
     std::string names;
     for (const std::size_t file : running_) {
-        names += (names.empty() ? "" : ",") + quoted(plan_.files[file].input);
+        names += (names.empty() ? "" : ",") + jsonQuoted(plan_.files[file].input);
     }
     line("{\"event\":\"progress\",\"done\":" + number(work_.doneShare()) + ",\"seconds\":" +
          number(seconds()) + ",\"left\":" + (left < 0.0 ? "null" : number(left)) +

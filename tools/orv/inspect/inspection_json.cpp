@@ -4,6 +4,7 @@
 #include "files/file_format.h"
 #include "inspect/inspection.h"
 #include "methods/json_text.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 
@@ -16,7 +17,7 @@ void textOrNull(JsonText& json, std::string_view name, const std::string& text) 
     if (text.empty()) {
         json.memberNumber(name, kNull);
     } else {
-        json.member(name, text);
+        json.member(name, cleanUtf8(text));
     }
 }
 
@@ -100,7 +101,7 @@ std::string inspectionsAsJson(const std::vector<Inspection>& inspections) {
     json.beginArray();
     for (const Inspection& inspection : inspections) {
         json.beginObject();
-        json.member("file", inspection.path);
+        json.member("file", cleanUtf8(inspection.path));
         textOrNull(json, "error", inspection.error);
         if (inspection.error.empty()) {
             addHeader(json, inspection.header);

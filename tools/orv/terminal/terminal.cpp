@@ -8,6 +8,7 @@
 
 #include "methods/json_text.h"
 #include "terminal/messages.h"
+#include "terminal/utf8_text.h"
 
 namespace orv::cli {
 
@@ -41,7 +42,7 @@ std::string wholeSeconds(double seconds) {
 
 std::string jsonQuoted(const std::string& text) {
     JsonText json;
-    json.element(text);
+    json.element(cleanUtf8(text));
     std::string written = json.take();
     while (!written.empty() && written.back() == '\n') {
         written.pop_back();

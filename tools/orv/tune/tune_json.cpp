@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "methods/json_text.h"
+#include "terminal/utf8_text.h"
 #include "tune/tune_sheet.h"
 
 namespace orv::cli {
@@ -30,13 +31,13 @@ void addCell(JsonText& json, const TuneSheet& sheet, const TuneCell& cell) {
         json.member(sheet.axes[i].name, cell.values[i]);
     }
     json.end();
-    json.member("command", cell.command);
+    json.member("command", cleanUtf8(cell.command));
     json.memberNumber("noise", done ? rounded(cell.noise) : kNull);
     // Equal pictures have no finite one.
     json.memberNumber("psnr", done ? rounded(cell.psnr) : kNull);
     json.memberBool("unchanged", done && std::isinf(cell.psnr));
     if (!done) {
-        json.member("error", cell.error);
+        json.member("error", cleanUtf8(cell.error));
     }
     json.end();
 }
@@ -47,8 +48,8 @@ std::string tuneAsJson(const TuneSheet& sheet, const std::string& output) {
     JsonText json;
     json.beginObject();
     json.member("verb", sheet.verb);
-    json.member("input", sheet.input);
-    json.member("output", output);
+    json.member("input", cleanUtf8(sheet.input));
+    json.member("output", cleanUtf8(output));
     json.memberNumber("width", sheet.width);
     json.memberNumber("height", sheet.height);
     addPlace(json, "crop", sheet.crop);
