@@ -71,7 +71,12 @@ void startMaker(const BatchPlan& plan, const std::vector<std::size_t>& files, st
             signal(number, SIG_DFL);
         }
         close(ends[0]);
-        makeShare(plan, files, first, step, ends[1]);
+        try {
+            makeShare(plan, files, first, step, ends[1]);
+        } catch (...) {
+            // No process but the first may go on with what a batch does at its end.
+            _exit(1);
+        }
     }
     close(ends[1]);
     if (child < 0) {
