@@ -120,6 +120,12 @@ struct SolveRequest {
     ProgressStyle progress = ProgressStyle::Automatic;
 };
 
+/// Tells why nothing comes of it, in the place of the bar.
+ExitCode stop(ProgressBar& bar, ExitCode code, const std::string& error) {
+    bar.clear();
+    return fail(code, error);
+}
+
 ExitCode process(const SolveRequest& request, const Arguments& arguments, StudyOrder order) {
     const ReportFormat format = reportFormatOf(request.output);
     if (!request.output.empty() && format == ReportFormat::Unknown) {
@@ -132,16 +138,14 @@ ExitCode process(const SolveRequest& request, const Arguments& arguments, StudyO
     Picture picture;
     std::string error = readPicture(request.input, picture);
     if (!error.empty()) {
-        bar.clear();
-        return fail(ExitCode::Input, error);
+        return stop(bar, ExitCode::Input, error);
     }
     OutputFile output;
     if (!request.output.empty()) {
         error = output.open(request.output, request.force);
     }
     if (!error.empty()) {
-        bar.clear();
-        return fail(ExitCode::Output, error);
+        return stop(bar, ExitCode::Output, error);
     }
 
     const StudiedPicture part = partOf(request.input, picture, arguments.integer("size"));
@@ -149,29 +153,25 @@ ExitCode process(const SolveRequest& request, const Arguments& arguments, StudyO
     picture = {};
     error = planesRefusal(planes, "the picture");
     if (!error.empty()) {
-        bar.clear();
-        return fail(ExitCode::Refused, "solve: " + error);
+        return stop(bar, ExitCode::Refused, "solve: " + error);
     }
     const std::unique_ptr<FloatImage> plane = brightnessOf(planes, part);
     planes.clear();
     const SolverStudy study = run(*plane, arguments, std::move(order), bar);
     error = study.error.empty() ? nothingMeasured(study) : study.error;
     if (!error.empty()) {
-        bar.clear();
-        return fail(ExitCode::Refused, "solve: " + error);
+        return stop(bar, ExitCode::Refused, "solve: " + error);
     }
 
     const StudyReport report{request.command, part, arguments, study};
     if (!request.output.empty()) {
         error = writeText(output.temporaryPath(), reportText(report, format));
         if (!error.empty()) {
-            bar.clear();
-            return fail(ExitCode::Output, request.output + ": can't be written: " + error);
+            return stop(bar, ExitCode::Output, request.output + ": can't be written: " + error);
         }
         error = output.commit();
         if (!error.empty()) {
-            bar.clear();
-            return fail(ExitCode::Output, error);
+            return stop(bar, ExitCode::Output, error);
         }
     }
     bar.setLabel("solve");
