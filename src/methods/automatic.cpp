@@ -29,11 +29,10 @@ std::string oneDecimal(double value) {
 
 std::vector<Parameter> offeredParameters(const Method& method) {
     std::vector<Parameter> offered;
-    if (method.choose != nullptr && !method.automatic) {
-        offered.push_back(kAutoParameter);
-    }
     if (method.choose != nullptr) {
         offered.push_back(kStrengthParameter);
+        // By itself a method that is automatic anyway needs no switch, but one who asks gets it.
+        offered.push_back(method.automatic ? rare(kAutoParameter) : kAutoParameter);
     }
     offered.insert(offered.end(), method.parameters.begin(), method.parameters.end());
     return offered;

@@ -27,8 +27,7 @@ inline constexpr Parameter kStrengthParameter =
 inline constexpr Parameter kAutoParameter =
     flag("auto", false, "measure the noise and choose all parameters that are not given");
 
-/// What a client offers for a method: its parameters, after the knob and, for methods that
-/// aren't automatic without being asked, the switch.
+/// What a client offers for a method: its parameters, after the knob and the switch.
 std::vector<Parameter> offeredParameters(const Method& method);
 
 /// The deviation that a strength stands for: half of it.

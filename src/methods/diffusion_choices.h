@@ -28,7 +28,7 @@ inline constexpr std::string_view kSigmaHelp =
 inline constexpr std::string_view kContrastHelp = "gradients well above this count as edges";
 inline constexpr std::string_view kNormHelp = "how the gradient is measured";
 inline constexpr std::string_view kStepsHelp =
-    "time steps, one after another; 0 changes nothing";
+    "time steps, one after another; 0 leaves diffusion out";
 
 /// The longest time step: its number of explicit sub-steps stays small enough to finish.
 inline constexpr double kLongestTau = 1000.0;

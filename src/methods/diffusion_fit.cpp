@@ -1,9 +1,10 @@
 #include "methods/diffusion_fit.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
+#include <string_view>
 
-#include "base/rounding.h"
+#include "methods/automatic.h"
 #include "methods/working_planes.h"
 #include "operators/diffusion/scheme_table.h"
 
@@ -11,17 +12,10 @@ namespace orv {
 
 namespace {
 
-/// More steps than this hardly come nearer to the exact flow.
-constexpr double kMostSteps = 64.0;
-
-void chooseSteps(const DiffusionFit& fit, Arguments& arguments) {
-    const double tau = arguments.real("tau");
-    const bool byTau = arguments.isGiven("tau") && tau > 0.0;
-    arguments.choose("steps", byTau ? std::clamp(std::round(fit.time / tau), 1.0, kMostSteps)
-                                    : static_cast<double>(fit.steps));
-    const int steps = arguments.integer("steps");
-    arguments.choose("tau", fit.time / std::max(1, steps));
-}
+/// Parameters by which a user asks for diffusion, whatever the noise.
+constexpr std::array<std::string_view, 4> kDiffusionNames{"tau", "steps", "sigma", "contrast"};
+/// What is removed from a picture without noise when diffusion is asked for: one grey level.
+constexpr double kLeastStrength = 2.0;
 
 /// Whether a step holds an explicit half, which overshoots at the tau of a fit.
 bool isHalfExplicit(int scheme) {
@@ -52,11 +46,23 @@ void chooseDiffusion(const NoiseToRemove& noise, const DiffusionFit& fit,
         arguments.choose("substeps", 1.0);
     }
     arguments.choose("flow", fit.flow);
-    chooseSteps(fit, arguments);
+    arguments.choose("steps", fit.steps);
+    arguments.choose("tau", fit.time / fit.steps);
     arguments.choose("sigma", fit.sigma);
     arguments.choose("border", MirroredBorder);
     chooseWorkingPlanes(noise, arguments);
     arguments.choose("contrast", fit.contrast * workingDeviation(noise, arguments));
+}
+
+NoiseToRemove noiseFor(const NoiseToRemove& noise, const Arguments& arguments) {
+    const bool asked =
+        std::any_of(kDiffusionNames.begin(), kDiffusionNames.end(), [&](std::string_view name) {
+            return arguments.isGiven(name) && arguments.real(name) > 0.0;
+        });
+    if (!asked || (noise.channel > 0.0 && noise.brightness > 0.0)) {
+        return noise;
+    }
+    return noiseOfStrength(kLeastStrength, noise.colour);
 }
 
 void chooseNothing(Arguments& arguments) {

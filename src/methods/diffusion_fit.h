@@ -22,9 +22,11 @@ double workingDeviation(const NoiseToRemove& noise, const Arguments& arguments);
 void chooseWorkingPlanes(const NoiseToRemove& noise, Arguments& arguments);
 
 /// Chooses scheme, flow, steps, tau, sigma, contrast, the planes and the border.
-///
-/// A given number of steps shares the time, and a given tau decides the number of steps.
 void chooseDiffusion(const NoiseToRemove& noise, const DiffusionFit& fit, Arguments& arguments);
+
+/// The noise to choose by: where there is none and the user asks for diffusion by a parameter of
+/// it, that of one grey level.
+NoiseToRemove noiseFor(const NoiseToRemove& noise, const Arguments& arguments);
 
 /// Chooses no time steps and no shrinkage: what leaves a picture as it is.
 void chooseNothing(Arguments& arguments);

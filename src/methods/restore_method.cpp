@@ -72,7 +72,8 @@ MethodResult run(Planes planes, const Arguments& arguments, const Progress& prog
     return runDiffusion(std::move(planes), arguments, substeps, makeStep, progress);
 }
 
-void choose(const NoiseToRemove& noise, Arguments& arguments) {
+void choose(const NoiseToRemove& measured, Arguments& arguments) {
+    const NoiseToRemove noise = noiseFor(measured, arguments);
     if (noise.channel <= 0.0 || noise.brightness <= 0.0) {
         chooseNothing(arguments);
         return;

@@ -81,7 +81,7 @@ class Automatic(Case):
             with self.subTest(verb=verb, more=more):
                 out = self.done(verb, "in.ppm", "-o", "auto.ppm", "-f", *more)
                 line = out.splitlines()[0]
-                self.assertRegex(line, r"^in\.ppm: (noise [\d.]+ grey levels \(red .*\)|strength 30); as: orv ")
+                self.assertRegex(line, r"^in\.ppm: (noise [\d.]+ grey levels \(red .*\), strength \d+|strength 30); as: orv ")
                 command = line.split("as: orv ")[1].split()
                 self.assertEqual(command[-2:], ["-o", "auto.ppm"])
                 self.done(*command[:-1], "told.ppm", "-f", "-q")
@@ -101,6 +101,64 @@ class Automatic(Case):
     def test_an_explicit_parameter_wins(self):
         self.assertIn(" --tau 0.25 ", self.done("restore", "in.ppm", "a.ppm", "--tau", "0.25"))
         self.assertIn(" --scheme ADI ", self.done("restore", "in.ppm", "b.ppm", "--scheme", "ADI"))
+
+
+    def test_nothing_to_remove_is_told(self):
+        write_netpbm(self.folder / "flat.ppm", 20, 20, [90] * 1200)
+        line = self.done("restore", "flat.ppm", "a.ppm").splitlines()[0]
+        self.assertTrue(line.startswith("flat.ppm: noise 0.0 grey levels (red 0.0, green 0.0, blue 0.0), too little to remove; as: "), line)
+        self.assertEqual(self.bytes("a.ppm"), self.bytes("flat.ppm"))
+
+    def test_more_steps_smooth_more(self):
+        shutil.copy(PHOTO, self.folder / "in.png")
+        seen = []
+        for steps in (1, 4, 20):
+            self.done("restore", "in.png", f"{steps}.png", "--steps", steps, "-q")
+            seen.append(json.loads(self.done("compare", "in.png", f"{steps}.png", "--json"))["psnr"])
+        self.assertEqual(seen, sorted(seen, reverse=True))
+
+
+class Words(Case):
+    def test_a_second_picture_that_exists(self):
+        write_netpbm(self.folder / "b.ppm", 4, 4, samples(4, 4, 3))
+        line = (
+            "b.ppm: exists already, and the second word is the file to write; "
+            "-o FOLDER reads both pictures, --force overwrites it"
+        )
+        self.refused(4, line, "restore", "in.ppm", "b.ppm")
+
+    def test_records_never_go_over_pictures(self):
+        for option in ("--recipe", "--compare"):
+            self.refused(2, f"{option}: in.ppm is the picture that is read", "blur", "in.ppm", "o.ppm", "-f", option, "in.ppm")
+            self.refused(2, f"{option}: o.ppm is written already; name another file", "blur", "in.ppm", "o.ppm", option, "o.ppm")
+            self.refused(2, f"{option}: takes a file, not standard output", "blur", "in.ppm", "o.ppm", option, "-")
+        both = ["--recipe", "r.json", "--compare", "r.json"]
+        self.refused(2, "--recipe: r.json is written already; name another file", "blur", "in.ppm", "o.ppm", *both)
+        line = "--recipe: is for one picture, and these are 2; orv batch keeps a recipe of each"
+        write_netpbm(self.folder / "b.ppm", 4, 4, samples(4, 4, 3))
+        self.refused(2, line, "blur", "in.ppm", "b.ppm", "-o", "out/", "--recipe", "r.json")
+
+    def test_reports_never_go_over_pictures(self):
+        write_netpbm(self.folder / "b.ppm", 40, 32, samples(40, 32, 3))
+        self.refused(4, "b.ppm: is one of the pictures that are compared", "compare", "in.ppm", "b.ppm", "-o", "b.ppm", "-f")
+        self.refused(4, "in.ppm: is the picture that is read", "tune", "blur", "in.ppm", "--sigma", "1,2", "-o", "in.ppm", "-f")
+
+    def test_a_comma_that_sticks_to_a_word(self):
+        line = "'in.ppm,': a comma between methods is a word of its own: 'in.ppm ,'"
+        self.refused(2, line, "blur", "in.ppm,", "shock", "-o", "o.ppm")
+
+    def test_a_value_that_needs_its_sign(self):
+        self.refused(2, "--strip: write --strip=gps", "blur", "in.ppm", "--strip", "gps")
+
+    def test_a_preset_or_picture_in_the_place_of_a_recipe(self):
+        self.refused(2, "run: 'night' is a preset, no file; write --preset night", "run", "night", "in.ppm")
+        line = "run: 'in.ppm' is a picture; the recipe comes first: orv run RECIPE IN... (or orv run --preset NAME IN...)"
+        self.refused(2, line, "run", "in.ppm", "o.ppm")
+
+    def test_a_dash_before_a_name(self):
+        write_netpbm(self.folder / "-a.ppm", 8, 8, samples(8, 8, 3))
+        told = self.done("restore", "-o", "o.ppm", "--", "-a.ppm")
+        self.assertIn("as: orv restore ./-a.ppm ", told)
 
 
 class Recipes(Case):

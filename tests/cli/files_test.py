@@ -53,11 +53,17 @@ class Files(FolderCase):
 
     def test_existing_output(self):
         (self.folder / "out.ppm").write_text("mine")
-        self.refused("out.ppm: exists already; --force overwrites it", "in.ppm", "out.ppm", code=4)
+        self.refused(
+            "out.ppm: exists already, and the second word is the file to write; "
+            "-o FOLDER reads both pictures, --force overwrites it",
+            *("in.ppm", "out.ppm"),
+            code=4,
+        )
+        self.refused("out.ppm: exists already; --force overwrites it", "in.ppm", "-o", "out.ppm", code=4)
         self.assertEqual((self.folder / "out.ppm").read_text(), "mine")
 
     def test_input_as_output(self):
-        self.refused("in.ppm: exists already; --force overwrites it", "in.ppm", "in.ppm", code=4)
+        self.refused("in.ppm: exists already; --force overwrites it", "in.ppm", "-o", "in.ppm", code=4)
         before = (self.folder / "in.ppm").read_bytes()
 
         self.check((0, "", ""), "restore", "in.ppm", "in.ppm", "--force", "-q", *KEEP)

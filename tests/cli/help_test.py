@@ -243,7 +243,7 @@ class Topics(unittest.TestCase):
         if HAVE_VIPS:
             self.assertRegex(text, r"\n  PNG +8, 16 +yes +kept\n")
             self.assertRegex(text, r"\n  JPEG +8 +no +kept\n")
-            self.assertRegex(text, r"\n  TIFF +8, 16, float +yes +kept\n")
+            self.assertRegex(text, r"\n  TIFF +8, 16, float +yes +profile, XMP\n")
 
     def test_recipes_list_the_presets(self):
         for preset in ("old-print", "night", "scan", "portrait", "document"):

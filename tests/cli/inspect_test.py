@@ -30,7 +30,9 @@ class Text(FolderCase):
         code, out, err = run("inspect", *arguments, cwd=self.folder)
         self.assertEqual((code, err), (0, ""))
         for line in out.splitlines():
-            self.assertLessEqual(len(line), 80, line)
+            # The command stands in one line, so that it can be copied.
+            if not line.startswith("  suggested "):
+                self.assertLessEqual(len(line), 80, line)
         return out
 
     def test_whole_block(self):

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <iterator>
 #include <new>
 #include <string>
@@ -86,6 +87,8 @@ int main(int argc, char** argv) {
         code = dispatch(Words(argv + 1, argv + argc));
     } catch (const std::bad_alloc&) {
         code = orv::cli::fail(ExitCode::Memory, "not enough memory for this picture");
+    } catch (const std::exception& problem) {
+        code = orv::cli::fail(ExitCode::Refused, std::string("unexpected: ") + problem.what());
     }
     const std::string unwritten = outputFailure();
     if (!unwritten.empty() && code == ExitCode::Done) {

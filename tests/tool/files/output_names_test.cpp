@@ -96,6 +96,15 @@ TEST(OutputNames, OfBadPatternsAreRefusedInWords) {
     EXPECT_EQ(patternRefusal("{stem}/"),
               "--name: '{stem}/' ends with a folder; a file name is missing");
     EXPECT_EQ(patternRefusal("{folder}{stem}.new{ext}"), "");
+    for (const std::string pattern :
+         {"../{stem}{ext}", "a/../{stem}", ".orv/{stem}", "/{stem}"}) {
+        EXPECT_EQ(
+            patternRefusal(pattern),
+            "--name: '" + pattern +
+                "' leads out of the folder of the results, or into the one of the recipes; "
+                "take names and folders below it");
+    }
+    EXPECT_EQ(patternRefusal("..{stem}"), "");
     EXPECT_EQ(planned({{"a.ppm", "a.ppm"}}, into("", "{counter}")),
               Names{"--name: unknown field '{counter}'" + fields});
 }
@@ -103,7 +112,7 @@ TEST(OutputNames, OfBadPatternsAreRefusedInWords) {
 TEST(OutputNames, ThatWouldMeetAreRefused) {
     EXPECT_EQ(planned({{"a/x.ppm", "x.ppm"}, {"b/x.ppm", "x.ppm"}}, into("none")),
               Names{"a/x.ppm and b/x.ppm would both become none/x.ppm; "
-                    "--name '{n}-{stem}{ext}' tells them apart"});
+                    "restore them into different folders"});
     EXPECT_EQ(planned({{"x.ppm", "x.ppm"}, {"x.bmp", "x.bmp"}}, into("none", "{stem}.ppm")),
               Names{"x.ppm and x.bmp would both become none/x.ppm; "
                     "--name '{n}-{stem}{ext}' tells them apart"});
@@ -116,7 +125,7 @@ TEST(OutputNames, OverAnotherPictureAreRefused) {
 
     EXPECT_EQ(planned({{a, "a.ppm"}, {b, "b.ppm"}}, into("", "b{ext}"))[0],
               "the result of " + a + " would overwrite " + b +
-                  ", a picture that is still to be read; take other names by --name or -o");
+                  ", a picture that is still to be read; write into another folder by -o");
 }
 
 TEST(OutputNames, OfSeveralPicturesNeedAFolder) {

@@ -1,5 +1,7 @@
 #include "commands/chain.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -22,6 +24,22 @@ std::vector<Words> parts(const Words& words) {
         }
     }
     return result;
+}
+
+/// What is wrong with the first word that has a comma at its end or its head; empty when nothing
+/// is.
+std::string gluedComma(const Words& words) {
+    for (const std::string& word : words) {
+        struct stat status {};
+        if (word.size() < 2 || (word.front() != ',' && word.back() != ',') ||
+            stat(word.c_str(), &status) == 0) {
+            continue;
+        }
+        const std::string apart = word.front() == ',' ? ", " + word.substr(1)
+                                                      : word.substr(0, word.size() - 1) + " ,";
+        return "'" + word + "': a comma between methods is a word of its own: '" + apart + "'";
+    }
+    return {};
 }
 
 /// The method that a part after a comma begins with; null with a reason.
@@ -114,7 +132,11 @@ std::string readPart(const Verb& verb, const Words& words, bool first, Chain& ch
 std::string readChain(const Verb& verb, const Words& words, Chain& chain,
                       const OptionGroup* batch) {
     const std::vector<Words> all = parts(words);
-    std::string error = readPart(verb, all.front(), /*first=*/true, chain, chain.line, batch);
+    std::string error = gluedComma(words);
+    if (!error.empty()) {
+        return error;
+    }
+    error = readPart(verb, all.front(), /*first=*/true, chain, chain.line, batch);
     for (std::size_t i = 1; i < all.size() && error.empty() && chain.help == nullptr; ++i) {
         const Verb* const next = verbOfPart(all[i], error);
         if (next == nullptr) {

@@ -74,6 +74,10 @@ void printResult(const CompareRequest& request, const Comparison& comparison) {
 ExitCode process(const CompareRequest& request) {
     const bool writes = !request.output.empty();
     std::string error = writes ? comparisonRefusal(request.output) : std::string();
+    if (writes && (isSameFile(request.output, request.facts.beforePath) ||
+                   isSameFile(request.output, request.facts.afterPath))) {
+        error = request.output + ": is one of the pictures that are compared";
+    }
     if (!error.empty()) {
         return fail(ExitCode::Output, error);
     }

@@ -1,8 +1,13 @@
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <span>
 #include <string>
 #include <utility>
 
 #include "commands/chain.h"
 #include "commands/commands.h"
+#include "files/file_format.h"
 #include "help/help_text.h"
 #include "pipeline/file_plan.h"
 #include "pipeline/job_options.h"
@@ -14,6 +19,15 @@ namespace orv::cli {
 
 namespace {
 
+/// Whether a word that names no file names a preset.
+bool looksLikePreset(const std::string& word) {
+    struct stat status {};
+    const std::span<const Preset> all = presets();
+    return stat(word.c_str(), &status) != 0 &&
+           std::any_of(all.begin(), all.end(),
+                       [&](const Preset& preset) { return preset.name == word; });
+}
+
 /// The recipe that the command names: a preset, or the file of the first word, which then goes.
 Failure readNamed(const Verb& verb, CommandLine& line, Recipe& recipe) {
     if (line.given("preset")) {
@@ -23,7 +37,16 @@ Failure readNamed(const Verb& verb, CommandLine& line, Recipe& recipe) {
     if (line.words.empty()) {
         return {ExitCode::Usage, missingWord(verb, "the recipe")};
     }
-    std::string error = readRecipeFile(line.words.front(), recipe);
+    const std::string& path = line.words.front();
+    if (looksLikePreset(path)) {
+        return {ExitCode::Usage,
+                "run: '" + path + "' is a preset, no file; write --preset " + path};
+    }
+    if (formatOfName(path) != nullptr) {
+        return {ExitCode::Usage, "run: '" + path + "' is a picture; the recipe comes first: " +
+                                     "orv run RECIPE IN... (or orv run --preset NAME IN...)"};
+    }
+    std::string error = readRecipeFile(path, recipe);
     line.words.erase(line.words.begin());
     return error.empty() ? Failure{} : Failure{ExitCode::Input, std::move(error)};
 }

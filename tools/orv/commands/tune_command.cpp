@@ -144,9 +144,16 @@ Failure writeSheet(const TuneRequest& request, const Picture& picture, OutputFil
 
 Failure openOutput(const TuneRequest& request, OutputFile& output) {
     std::string error;
-    if (formatOfName(request.output) == nullptr) {
+    const FormatEntry* const format = formatOfName(request.output);
+    if (format == nullptr) {
         error = endingRefusal(request.output, "format", writableExtensions());
+    } else if (isSameFile(request.output, request.sheet.input)) {
+        error = request.output + ": is the picture that is read";
     } else {
+        // A sheet is a picture in colour of 8 bits without alpha.
+        error = writeRefusal(request.output, {format, endingOfName(request.output)}, Picture{});
+    }
+    if (error.empty()) {
         error = output.open(request.output, request.common.force);
     }
     return error.empty() ? Failure{} : Failure{ExitCode::Output, std::move(error)};

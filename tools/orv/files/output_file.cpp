@@ -182,6 +182,13 @@ std::string OutputFile::commit() {
     return {};
 }
 
+bool isSameFile(const std::string& a, const std::string& b) {
+    struct stat first {};
+    struct stat second {};
+    return a == b || (stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
+                      first.st_dev == second.st_dev && first.st_ino == second.st_ino);
+}
+
 std::string writeBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
     return writeFile(path, bytes.data(), bytes.size());
 }

@@ -50,6 +50,9 @@ class OutputFile {
     std::vector<std::pair<std::string, int>> folders_;  // made for it, with their places
 };
 
+/// Whether two paths lead to one file, or are the same text.
+bool isSameFile(const std::string& a, const std::string& b);
+
 /// Writes bytes to a file that exists or can be made.
 ///
 /// Fails:   with the system's reason; an empty text means success.

@@ -176,6 +176,16 @@ std::string patternRefusal(const std::string& pattern) {
         }
         at = end;
     }
+    for (std::size_t from = 0; from < pattern.size();) {
+        const std::size_t end = std::min(pattern.find('/', from), pattern.size());
+        const std::string part = pattern.substr(from, end - from);
+        if (part == ".." || part == ".orv" || (part.empty() && from == 0)) {
+            return "--name: '" + pattern +
+                   "' leads out of the folder of the results, or into " +
+                   "the one of the recipes; take names and folders below it";
+        }
+        from = end + 1;
+    }
     if (!pattern.empty() && pattern.back() == '/') {
         return "--name: '" + pattern + "' ends with a folder; a file name is missing";
     }
@@ -233,12 +243,15 @@ std::string planOutputs(const std::vector<InputFile>& inputs, const OutputOrder&
         const auto [other, isFirst] = taken.emplace(place, &input);
         if (!isFirst) {
             return other->second->path + " and " + input.path + " would both become " + path +
-                   "; --name '{n}-{stem}{ext}' tells them apart";
+                   "; " +
+                   (order.pattern.empty() && order.verb != "batch"
+                        ? "restore them into different folders"
+                        : "--name '{n}-{stem}{ext}' tells them apart");
         }
         const auto source = sources.find(place);
         if (source != sources.end() && source->second != &input) {
             return "the result of " + input.path + " would overwrite " + source->second->path +
-                   ", a picture that is still to be read; take other names by --name or -o";
+                   ", a picture that is still to be read; write into another folder by -o";
         }
     }
     return {};

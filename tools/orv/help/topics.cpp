@@ -60,7 +60,7 @@ std::string formats() {
                        padded("Transparency", 14) + "Profile, EXIF, XMP\n";
     text += formatRow("PNG", ".png", "kept");
     text += formatRow("JPEG", ".jpg", "kept");
-    text += formatRow("TIFF", ".tif", "kept");
+    text += formatRow("TIFF", ".tif", "profile, XMP");
     text += formatRow("WebP", ".webp", "kept");
     text += formatRow("BMP", ".bmp", "none");
     text += formatRow("PPM, PGM", ".ppm", "none");
@@ -76,7 +76,8 @@ std::string formats() {
            "any is refused.\n"
            "- A picture that its EXIF orientation turns comes upright.\n"
            "- JPEG and WebP are written with --quality 92, JPEG with full colour resolution.\n"
-           "- A palette or CMYK becomes RGB. Several pages or frames are refused.\n"
+           "- A palette or CMYK becomes RGB. Several pages or frames are refused, and\n"
+           "so are camera raw files, GIF, HEIC and JPEG XL: develop or convert them first.\n"
            "- Grey stays grey, but in .ppm.\n"
            "- --strip leaves metadata out, --strip=gps the place alone.\n";
 }
@@ -168,7 +169,8 @@ std::span<const HelpTopic> helpTopics() {
 
 const HelpTopic* findTopic(std::string_view name) {
     for (const HelpTopic& topic : kTopics) {
-        if (topic.name == name) {
+        const bool presets = name == "preset" || name == "presets";
+        if (topic.name == (presets ? std::string_view("recipes") : name)) {
             return &topic;
         }
     }

@@ -143,9 +143,10 @@ std::string inspectionText(const Inspection& inspection) {
         text += row("noise", "not measured: the picture needs more memory than a run may take");
     } else {
         text += row("noise", noiseRow(inspection.choice->noise));
-        text += row("suggested", inspection.suggestion.empty()
-                                     ? "nothing: that little noise may well be texture"
-                                     : printable(inspection.suggestion));
+        // In one line whatever its length, so that it can be copied.
+        text += inspection.suggestion.empty()
+                    ? row("suggested", "nothing: that little noise may well be texture")
+                    : "  suggested   " + printable(inspection.suggestion) + "\n";
     }
     return text + memoryRows(inspection);
 }

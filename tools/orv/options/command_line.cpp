@@ -182,6 +182,12 @@ std::string checkWords(const Verb& verb, Words& words) {
         }
         if (!withValue && meaning.option != nullptr &&
             meaning.option->kind == OptionKind::Maybe) {
+            const std::string_view choices = meaning.option->words;
+            if (i + 1 < words.size() && !words[i + 1].empty() &&
+                (" " + std::string(choices) + " ").find(" " + words[i + 1] + " ") !=
+                    std::string::npos) {
+                return written + ": write " + written + "=" + words[i + 1];
+            }
             words[i] += "=" + std::string(meaning.option->bareValue);
         }
         if (!withValue && meaning.takesValue()) {

@@ -24,8 +24,8 @@ constexpr Option kProgress{"progress",
 
 constexpr std::array<Option, 7> kFiles{{
     {"output", 'o', OptionKind::Value, "OUT", "a file, a folder, or - for standard output",
-     "file, folder for several pictures, or - for standard output "
-     "[default: beside IN, as NAME.restored.EXT or by the verb, NAME.blur.EXT]",
+     "file, folder for several pictures, or - for standard output [default: beside IN]; "
+     "restore names it NAME.restored.EXT, blur NAME.blur.EXT",
      ValueKind::File},
     kForce,
     {"format", '\0', OptionKind::Value, "NAME", "png, jpeg, tiff, webp, bmp, ppm or pgm",

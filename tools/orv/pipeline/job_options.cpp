@@ -76,7 +76,7 @@ std::string setOption(std::string_view name, const std::string& text, JobOptions
         return error;
     }
     if (name == "format") {
-        options.format = text;
+        options.format = text[0] == '.' ? text.substr(1) : text;
     } else if (name == "strip") {
         stripOfWord(text, options.strip);
     } else {

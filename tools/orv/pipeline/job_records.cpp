@@ -1,6 +1,7 @@
 #include "pipeline/job_records.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "compare/comparison.h"
@@ -145,6 +146,17 @@ Recipe recipeOf(const std::vector<Step>& steps, const JobOptions& options) {
 
 namespace {
 
+/// "noise 20.1 grey levels (red 20.2, ...), strength 40", or the strength that was given.
+std::string foundText(const AutomaticChoice& choice) {
+    if (!choice.measured) {
+        return "strength " + numberText(choice.strength);
+    }
+    const bool nothing = noiseOfEstimate(choice.noise).channel <= 0.0;
+    return noiseText(choice.noise) +
+           (nothing ? ", too little to remove"
+                    : ", strength " + numberText(std::round(choice.strength)));
+}
+
 /// The options that aren't at their defaults, as the command line has them.
 std::string optionsText(const JobOptions& options) {
     const Recipe plain = recipeOf({}, JobOptions{});
@@ -167,20 +179,18 @@ std::string automaticLine(const std::vector<Step>& steps, const JobFiles& files,
     std::string chain;
     for (const Step& step : steps) {
         if (step.choice.has_value()) {
-            found += (found.empty() ? "" : ", then ") +
-                     (step.choice->measured ? noiseText(step.choice->noise)
-                                            : "strength " + numberText(step.choice->strength));
+            found += (found.empty() ? "" : ", then ") + foundText(*step.choice);
         }
         chain += std::string(chain.empty() ? "" : " , ") + std::string(step.method->name);
         if (chain.find(' ') == std::string::npos) {
-            chain += " " + shellWord(files.input);
+            chain += " " + shellFile(files.input);
         }
-        chain += step.second.empty() ? "" : " " + shellWord(step.second);
+        chain += step.second.empty() ? "" : " " + shellFile(step.second);
         chain += step.arguments.commandText();
     }
     return found.empty() ? std::string()
                          : files.input + ": " + found + "; as: orv " + chain +
-                               optionsText(options) + " -o " + shellWord(files.output) + "\n";
+                               optionsText(options) + " -o " + shellFile(files.output) + "\n";
 }
 
 }  // namespace orv::cli

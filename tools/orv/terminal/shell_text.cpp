@@ -17,6 +17,11 @@ std::string shellWord(std::string_view word) {
     return singleQuoted(word);
 }
 
+std::string shellFile(std::string_view path) {
+    const bool dashed = path.size() > 1 && path.front() == '-';
+    return shellWord(dashed ? "./" + std::string(path) : std::string(path));
+}
+
 std::string commandText(std::string_view verb, const std::vector<std::string>& words) {
     std::string text = "orv " + std::string(verb);
     for (const std::string& word : words) {
