@@ -6,7 +6,7 @@ const byId = (id) => document.getElementById(id);
 // of the screen a pixel of the picture takes. The centre is a share of the picture's sides.
 const look = { view: "slider", split: 50, zoom: null, x: 0.5, y: 0.5, gain: 1 };
 const ZOOMS = [0.05, 0.1, 0.17, 0.25, 0.33, 0.5, 0.67, 1, 1.5, 2, 3, 4, 6, 8, 12, 16, 24, 32];
-const LARGEST_FIT = 8;
+const LARGEST_FIT = 1;
 
 const clamp = (value, from, to) => Math.min(Math.max(value, from), to);
 
