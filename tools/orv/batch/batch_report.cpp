@@ -25,8 +25,7 @@ using Thumbnails = std::map<std::size_t, ThumbnailPair>;
 class ReportWriter {
   public:
     ReportWriter(const BatchOrder& order, const BatchPlan& plan, Thumbnails thumbnails)
-        : order_(order),
-          plan_(plan),
+        : plan_(plan),
           thumbnails_(std::move(thumbnails)),
           place_(std::filesystem::path(realPlace(order.report)).parent_path()) {}
 
@@ -119,7 +118,6 @@ class ReportWriter {
         return "<a class=\"name\" href=\"" + address(path) + "\">" + htmlText(shown) + "</a>";
     }
 
-    const BatchOrder& order_;
     const BatchPlan& plan_;
     Thumbnails thumbnails_;
     std::filesystem::path place_;
