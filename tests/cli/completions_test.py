@@ -164,6 +164,9 @@ _offers() {
 }
 zle -C offers complete-word _offers
 bindkey '^T' offers
+# Keys that come before the line editor has the terminal would go to the terminal itself.
+zle-line-init() { : > $HOME/.ready }
+zle -N zle-line-init
 : > $HOME/.done
 """
 
@@ -185,6 +188,7 @@ class Zsh(Shell, FolderCase):
         threading.Thread(target=self.drain, daemon=True).start()
         self.addCleanup(self.stop)
         self.ask("source ./start.zsh\n")
+        self.wait_for(self.folder / ".ready")
 
     def drain(self):
         """Takes what the terminal shows, so that the shell never waits."""
@@ -201,13 +205,16 @@ class Zsh(Shell, FolderCase):
 
     def ask(self, keys):
         """Types keys and waits until the shell has answered."""
-        done = self.folder / ".done"
         os.write(self.keeper, keys.encode())
+        self.wait_for(self.folder / ".done")
+
+    def wait_for(self, mark):
+        """Waits for a file that the shell makes, and takes it away."""
         deadline = time.monotonic() + 60
-        while not done.exists() and time.monotonic() < deadline:
+        while not mark.exists() and time.monotonic() < deadline:
             time.sleep(0.01)
-        self.assertTrue(done.exists(), f"no answer to {keys!r}")
-        done.unlink()
+        self.assertTrue(mark.exists(), f"the shell made no {mark.name}")
+        mark.unlink()
 
     def offers(self, *words):
         offers = self.folder / ".offers"

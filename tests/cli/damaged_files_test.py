@@ -74,6 +74,7 @@ class DamagedFiles(FolderCase):
                     self.check((0, "", ""), "restore", f"out.{ending}", "-o", "back.ppm", "-fq", *KEEP)
 
 
+@unittest.skipIf("asan" in TOOL, "sanitizers need memory of their own")
 class Bombs(FolderCase):
     """Pictures of 60 000 by 60 000 pixels are refused at once and in little memory."""
 
