@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "batch/batch_summary.h"
+#include "files/path_names.h"
 #include "terminal/messages.h"
 #include "terminal/terminal.h"
 
@@ -31,10 +32,6 @@ std::string_view statusWord(BatchStatus status) {
     return status == BatchStatus::Done      ? "done"
            : status == BatchStatus::Skipped ? "skipped"
                                             : "failed";
-}
-
-std::string nameOf(const std::string& path) {
-    return printable(path.substr(path.find_last_of('/') + 1));
 }
 
 }  // namespace
@@ -169,7 +166,7 @@ void BatchProgress::warn(const BatchFile& file, const std::string& text) {
 std::string BatchProgress::runningNames() const {
     std::string names;
     for (const std::size_t file : running_) {
-        names += (names.empty() ? "" : ", ") + nameOf(plan_.files[file].input);
+        names += (names.empty() ? "" : ", ") + printable(fileNameOf(plan_.files[file].input));
     }
     return names;
 }

@@ -4,15 +4,12 @@
 #include "compare/comparison_page.h"
 #include "compare/comparison_sheet.h"
 #include "files/output_file.h"
+#include "files/path_names.h"
 #include "methods/suggestion.h"
 
 namespace orv::cli {
 
 namespace {
-
-std::string withoutFolder(const std::string& path) {
-    return path.substr(path.find_last_of('/') + 1);
-}
 
 bool endsIn(std::string_view path, std::string_view ending) {
     return path.size() > ending.size() &&
@@ -22,13 +19,13 @@ bool endsIn(std::string_view path, std::string_view ending) {
 }  // namespace
 
 std::string Comparison::beforeName() const {
-    const std::string name = withoutFolder(facts.beforePath);
-    return name == withoutFolder(facts.afterPath) ? facts.beforePath : name;
+    const std::string name = fileNameOf(facts.beforePath);
+    return name == fileNameOf(facts.afterPath) ? facts.beforePath : name;
 }
 
 std::string Comparison::afterName() const {
-    const std::string name = withoutFolder(facts.afterPath);
-    return name == withoutFolder(facts.beforePath) ? facts.afterPath : name;
+    const std::string name = fileNameOf(facts.afterPath);
+    return name == fileNameOf(facts.beforePath) ? facts.afterPath : name;
 }
 
 ComparisonFormat comparisonFormatOf(std::string_view path) {

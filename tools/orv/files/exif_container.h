@@ -10,7 +10,7 @@ namespace orv::cli {
 
 /// The EXIF block of a PNG, which libvips doesn't read; empty when there is none.
 ///
-/// Source:  PNG specification, third edition, section 11.3.4.5, chunk eXIf.
+/// Source:  W3C: Portable Network Graphics, third edition, 11.3.4.5, chunk eXIf.
 std::string exifOfPng(const PictureSource& source);
 
 /// Puts an EXIF block into an encoded JPEG, PNG or WebP in place of the one that is there; an
@@ -22,7 +22,7 @@ bool putExif(Format format, std::string_view block, const Picture& picture,
 
 /// Puts a packet of XMP into an encoded PNG, as text that isn't compressed.
 ///
-/// Source:  XMP specification, part 3, section 1.1.5: PNG.
+/// Source:  ISO 16684-1 and Adobe: XMP storage in files, 1.1.5, PNG.
 void putXmpIntoPng(std::string_view packet, std::vector<unsigned char>& file);
 
 /// Makes an encoded JPEG or PNG tell a resolution: a JPEG gets the head of JFIF, a PNG loses the

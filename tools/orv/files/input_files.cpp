@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "files/image_file.h"
+#include "files/path_names.h"
 #include "methods/suggestion.h"
 
 namespace orv::cli {
@@ -23,11 +24,6 @@ namespace {
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-bool isFolder(const std::string& path) {
-    struct stat status {};
-    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool exists(const std::string& path) {
@@ -40,10 +36,6 @@ std::string below(const std::string& folder, const std::string& name) {
         return name;
     }
     return folder.back() == '/' ? folder + name : folder + "/" + name;
-}
-
-std::string nameOf(const std::string& path) {
-    return path.substr(path.find_last_of('/') + 1);
 }
 
 /// What a folder holds, hidden entries left out, in natural order.
@@ -94,7 +86,7 @@ bool isWanted(const std::string& relative, const InputSettings& settings) {
     return std::any_of(settings.include.begin(), settings.include.end(),
                        [&relative](const std::string& pattern) {
                            const bool path = pattern.find('/') != std::string::npos;
-                           return matches(pattern, path ? relative : nameOf(relative));
+                           return matches(pattern, path ? relative : fileNameOf(relative));
                        });
 }
 
@@ -240,7 +232,7 @@ std::string addWord(const std::string& word, const InputSettings& settings,
     if (!exists(word) && isPattern(word)) {
         return addPattern(word, settings, files);
     }
-    files.push_back({word, nameOf(word)});
+    files.push_back({word, fileNameOf(word)});
     return {};
 }
 

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "files/path_names.h"
 #include "terminal/interruption.h"
 
 namespace orv::cli {
@@ -40,11 +41,6 @@ std::string folderOf(const std::string& path) {
 bool exists(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0;
-}
-
-bool isFolder(const std::string& path) {
-    struct stat status {};
-    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 std::string writeStream(std::FILE* file, const void* bytes, std::size_t count) {

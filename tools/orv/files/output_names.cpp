@@ -9,6 +9,7 @@
 #include <map>
 
 #include "files/image_file.h"
+#include "files/path_names.h"
 #include "methods/suggestion.h"
 
 namespace orv::cli {
@@ -16,10 +17,6 @@ namespace orv::cli {
 namespace {
 
 constexpr std::array<std::string_view, 6> kFields{"stem", "ext", "name", "verb", "n", "folder"};
-
-std::string nameOf(const std::string& path) {
-    return path.substr(path.find_last_of('/') + 1);
-}
 
 std::string folderOf(const std::string& path) {
     return path.substr(0, path.find_last_of('/') + 1);
@@ -50,7 +47,7 @@ std::string placeOf(const std::string& path) {
     const std::string folder = folderOf(path);
     return realpath(folder.empty() ? "." : folder.c_str(), resolved.data()) == nullptr
                ? path
-               : resolved.data() + std::string("/") + nameOf(path);
+               : resolved.data() + std::string("/") + fileNameOf(path);
 }
 
 /// Fills a pattern in for one picture.
@@ -77,7 +74,7 @@ class NamePattern {
 
   private:
     std::string field(std::string_view name, const InputFile& input, std::size_t number) const {
-        const std::string file = input.path == "-" ? "picture" : nameOf(input.path);
+        const std::string file = input.path == "-" ? "picture" : fileNameOf(input.path);
         if (name == "stem") {
             return stemOf(file);
         }
@@ -142,7 +139,7 @@ std::string resultPath(const InputFile& input, std::size_t number, const OutputO
         return outputBeside(input.path, order.suffix, order.ending);
     }
     // Beside the picture its folders are there already.
-    return folderOf(input.path) + pattern.apply({input.path, nameOf(input.path)}, number);
+    return folderOf(input.path) + pattern.apply({input.path, fileNameOf(input.path)}, number);
 }
 
 }  // namespace
@@ -194,7 +191,7 @@ std::string patternRefusal(const std::string& pattern) {
 
 std::string outputBeside(const std::string& input, std::string_view suffix,
                          std::string_view ending) {
-    return folderOf(input) + stemOf(nameOf(input)) + "." + std::string(suffix) +
+    return folderOf(input) + stemOf(fileNameOf(input)) + "." + std::string(suffix) +
            resultEnding(input, ending);
 }
 

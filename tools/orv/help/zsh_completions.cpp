@@ -46,7 +46,7 @@ std::string action(const CompletionEntry& entry) {
                                                   : " ";
 }
 
-std::string specification(const CompletionEntry& entry) {
+std::string argumentWord(const CompletionEntry& entry) {
     const std::string help = "[" + escaped(entry.help, "\\[]") + "]";
     const std::string value = escaped(entry.placeholder, "\\:") + ":" + action(entry);
     const std::string name = "--" + entry.name;
@@ -66,7 +66,7 @@ std::string specification(const CompletionEntry& entry) {
 std::string verbCase(const Verb& verb) {
     std::string text = "        " + verb.name + ")\n            _arguments -S";
     for (const CompletionEntry& entry : completionEntries(verb)) {
-        text += " \\\n                " + specification(entry);
+        text += " \\\n                " + argumentWord(entry);
     }
     if (!firstWords(verb).empty()) {
         text += " \\\n                " +

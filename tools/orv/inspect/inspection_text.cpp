@@ -37,12 +37,6 @@ std::string row(std::string_view name, const std::string& text) {
     return lines + "\n";
 }
 
-std::string oneDecimal(double value) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f", value);
-    return text.data();
-}
-
 std::string sizeRow(const PictureHeader& header) {
     const double pixels = static_cast<double>(header.width) * header.height;
     return std::to_string(header.width) + " x " + std::to_string(header.height) + " pixels, " +

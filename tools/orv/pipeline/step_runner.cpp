@@ -10,18 +10,6 @@ namespace orv::cli {
 
 namespace {
 
-/// The planes that a method learns from; alpha and metadata of that picture aren't needed.
-Failure readSecond(Step& step, Planes& planes) {
-    Picture picture;
-    std::string error = readPicture(step.second, picture);
-    if (!error.empty()) {
-        return {ExitCode::Input, std::move(error)};
-    }
-    step.secondPixels = pixelHash(picture.samples);
-    planes = planesOf(picture.samples, picture.colours);
-    return {};
-}
-
 Failure runStep(Step& step, Planes& planes, const Progress& progress) {
     const Method& method = *step.method;
     if (step.automatic) {
@@ -70,6 +58,17 @@ Failure runChain(std::vector<Step>& steps, bool all, double from, double to, Pla
 }
 
 }  // namespace
+
+Failure readSecond(Step& step, Planes& planes) {
+    Picture picture;
+    std::string error = readPicture(step.second, picture);
+    if (!error.empty()) {
+        return {ExitCode::Input, std::move(error)};
+    }
+    step.secondPixels = pixelHash(picture.samples);
+    planes = planesOf(picture.samples, picture.colours);
+    return {};
+}
 
 Failure runSteps(std::vector<Step>& steps, AlphaMode alpha, SampleDepth deepest,
                  Picture& picture, ProgressBar& bar) {

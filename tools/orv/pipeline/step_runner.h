@@ -16,6 +16,12 @@ struct Failure {
     explicit operator bool() const { return code != ExitCode::Done; }
 };
 
+/// Reads the second picture of a step, whose hash the step then keeps.
+///
+/// Shapes:  alpha and metadata of that picture aren't needed and don't come.
+/// Fails:   with Input and one line.
+Failure readSecond(Step& step, Planes& planes);
+
 /// Runs the steps on a picture, one after another, and puts the result in its place.
 ///
 /// A step that is automatic chooses its open parameters by the planes that reach it, and keeps

@@ -44,6 +44,10 @@ void print(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
+std::string oneDecimal(double value) {
+    return formatted("%.1f", value);
+}
+
 std::string durationText(double seconds) {
     if (seconds < 10.0) {
         return formatted("%.2f s", seconds);

@@ -21,6 +21,9 @@ void print(std::string_view text);
 /// Text with control characters, which file names may hold, shown as '?'.
 std::string printable(std::string_view text);
 
+/// A number with one digit after the point.
+std::string oneDecimal(double value);
+
 /// A time in words: "0.31 s", "12 s", "3 min 05 s".
 std::string durationText(double seconds);
 

@@ -28,12 +28,6 @@ constexpr double kEnoughSeconds = 1.0;
 /// Seconds between two drawings of the line.
 constexpr double kRedraw = 0.1;
 
-std::string oneDecimal(double value) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f", value);
-    return text.data();
-}
-
 double secondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }

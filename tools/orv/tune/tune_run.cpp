@@ -7,6 +7,7 @@
 
 #include "methods/automatic.h"
 #include "methods/interleaved_planes.h"
+#include "pipeline/step_runner.h"
 
 namespace orv::cli {
 
@@ -90,20 +91,6 @@ void runCell(const Source& source, TuneCell& cell, const Progress& progress) {
     cell.noise = estimateNoise(result.planes).overall();
 }
 
-Failure readSecond(const TuneSheet& sheet, Planes& planes) {
-    const Step& step = sheet.cells.front().step;
-    if (step.method->secondPicture.empty()) {
-        return {};
-    }
-    Picture picture;
-    std::string error = readPicture(step.second, picture);
-    if (!error.empty()) {
-        return {ExitCode::Input, std::move(error)};
-    }
-    planes = planesOf(picture.samples, picture.colours);
-    return {};
-}
-
 /// Chooses by the whole picture what automation has to choose.
 void chooseAll(const Planes& planes, TuneSheet& sheet) {
     for (TuneCell& cell : sheet.cells) {
@@ -126,7 +113,9 @@ Failure runCells(const Picture& picture, const CropOrder& order, TuneSheet& shee
         return {ExitCode::Usage, std::move(error)};
     }
     Source source;
-    Failure failure = readSecond(sheet, source.second);
+    Step& step = sheet.cells.front().step;
+    Failure failure =
+        step.method->secondPicture.empty() ? Failure{} : readSecond(step, source.second);
     if (failure) {
         return failure;
     }
