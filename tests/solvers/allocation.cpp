@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
@@ -117,6 +118,25 @@ TEST_P(SolverAllocation, EndsWithTheFirstSolveOfASize) {
         blocksOfSolve(*solver, *system.A, b, u);
         for (int repeat = 0; repeat < 3; ++repeat) {
             EXPECT_EQ(blocksOfSolve(*solver, *system.A, b, u), 0);
+        }
+    }
+}
+
+TEST_P(SolverAllocation, HoldsForOtherRightSidesAndStartVectors) {
+    const int id = GetParam();
+    for (const System& system : systems()) {
+        SCOPED_TRACE(system.name);
+        const std::unique_ptr<LinearSolver> solver = makeSolver(id);
+        const int n = system.A->Rows();
+        const RealVector b = test::wavyVector(n);
+        RealVector lost = b;
+        lost[n / 2] = std::nanf("");
+        std::unique_ptr<RealVector> u = test::start(b);
+        blocksOfSolve(*solver, *system.A, b, u);
+
+        // A solved start, a breakdown, and two that iterate.
+        for (const RealVector& other : {RealVector(n), lost, RealVector(n, 3.0F), b}) {
+            EXPECT_EQ(blocksOfSolve(*solver, *system.A, other, u), 0);
         }
     }
 }
