@@ -9,7 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/text_output.h"
 #include "solvers/linear_solver_list.h"
+#include "solvers/solver_catalogue.h"
 #include "support/solver_systems.h"
 
 namespace {
@@ -90,8 +92,8 @@ std::vector<System> systems() {
     return all;
 }
 
-std::unique_ptr<LinearSolver> makeSolver(int id) {
-    return LinearSolverList(50, 10).Create(id, /*maxIter=*/7, /*m=*/3, /*tol=*/1e-12);
+std::unique_ptr<LinearSolver> makeSolver(int id, int maxIter = 7) {
+    return LinearSolverList(50, 10).Create(id, maxIter, /*m=*/3, /*tol=*/1e-12);
 }
 
 // Blocks that one more `Solve` from b asks for.
@@ -142,6 +144,27 @@ TEST_P(SolverAllocation, HoldsForOtherRightSidesAndStartVectors) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Ids, SolverAllocation, testing::Range(0, kFirstPreconditionedId));
+
+// What a `Solve` with a preconditioner asks for is the preconditioner, whatever follows.
+TEST(SolverAllocation, IsThatOfThePreconditionerWhereThereIsOne) {
+    const SilencedOutput silence;
+    const BandMatrix A = test::windyPlane(9, 7, 2.0F);
+    const RealVector b = test::wavyVector(63);
+    for (int id = kFirstPreconditionedId; id < kSolverCount; ++id) {
+        SCOPED_TRACE(kSolvers[id].name);
+        std::vector<long> asked;
+        for (const int maxIter : {1, 2, 7}) {
+            const std::unique_ptr<LinearSolver> solver = makeSolver(id, maxIter);
+            std::unique_ptr<RealVector> u = test::start(b);
+            blocksOfSolve(*solver, A, b, u);
+            asked.push_back(blocksOfSolve(*solver, A, b, u));
+        }
+
+        EXPECT_GT(asked[0], 0);
+        EXPECT_EQ(asked[1], asked[0]);
+        EXPECT_EQ(asked[2], asked[0]);
+    }
+}
 
 TEST(SolverAllocation, IsSeenByThisProgram) {
     const std::unique_ptr<LinearSolver> solver = makeSolver(/*id=*/6);
