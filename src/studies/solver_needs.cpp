@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "operators/diffusion/scheme_table.h"
-#include "solvers/linear_solver_list.h"
 
 namespace orv {
 
@@ -57,9 +56,6 @@ std::string factorReason(const SolverTask& task, bool named) {
 }  // namespace
 
 std::string skipReason(int id, const SolverTask& task, bool named) {
-    if (LinearSolverList(50, 10).Create(id, /*maxIter=*/1, /*m=*/2, /*tol=*/1e-4) == nullptr) {
-        return "this version lacks it";
-    }
     if (!solverFitsScheme(id, task.scheme)) {
         return "needs the five diagonals of 2DSemi";
     }

@@ -18,7 +18,7 @@ struct SolverTask {
 ///
 /// `named` says that the user asked for this solver: then a long time is no reason.
 ///
-/// Fails:   never; ids without a solver in this version are told so.
+/// Domain:  an id of the catalogue.
 std::string skipReason(int id, const SolverTask& task, bool named);
 
 }  // namespace orv

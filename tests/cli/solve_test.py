@@ -243,10 +243,8 @@ class Refusals(SolveCase):
         self.check((5, "", f"orv: {line}\n"), "solve", "in.ppm", "--size", "1")
 
     def test_nothing_to_measure(self):
-        code, out, error = run("solve", "in.ppm", "--scheme", "LOD", "--solvers", "ILU0-BiCGStab", "-o", "a.csv", cwd=self.folder)
-        self.assertEqual((code, out), (5, ""))
-        reasons = r"(needs the five diagonals of 2DSemi|this version lacks it)"
-        self.assertRegex(error, rf"^orv: solve: nothing to measure: ILU0-BiCGStab: {reasons}\n$")
+        error = "orv: solve: nothing to measure: ILU0-BiCGStab: needs the five diagonals of 2DSemi\n"
+        self.check((5, "", error), "solve", "in.ppm", "--scheme", "LOD", "--solvers", "ILU0-BiCGStab", "-o", "a.csv")
         self.assertEqual(self.names(), ["in.ppm"])
 
 
@@ -282,12 +280,12 @@ class Table(SolveCase):
 
     def test_skipped_rows_tell_why(self):
         rows = self.solve("in.ppm", "--scheme", "AOS", "--solvers", "0,41").splitlines()[5:-2]
-        self.assertRegex(rows[1], r"^41  ILU0-BiCGStab     skipped     (needs the five diagonals of 2DSemi|this version lacks it)$")
+        self.assertEqual(rows[1], "41  ILU0-BiCGStab     skipped     needs the five diagonals of 2DSemi")
 
     def test_rows_of_a_breakdown_tell_where(self):
-        row = self.solve("in.ppm", "--solvers", "GMRES*-CBB").splitlines()[5]
-        if "broke down" in row:
-            self.assertRegex(row, r"^29  GMRES\*-CBB        broke down  at \d+ iterations?(; residual [\d.e-]+ at \d+)?$")
+        rows = self.solve("in.ppm", "--solvers", "MR,GMRES*-CBB", "--scheme", "LOD").splitlines()[5:-2]
+        self.assertEqual(rows[0], "14  MR                broke down  at 1 iteration")
+        self.assertRegex(rows[1], r"^29  GMRES\*-CBB        broke down  at \d+ iterations; residual [\d.e-]+ at \d+$")
 
     def test_line_schemes(self):
         first = self.solve("in.ppm", "--solvers", "0", "--scheme", "lod", "--tau", "2.5").splitlines()[0]
