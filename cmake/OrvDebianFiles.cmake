@@ -1,6 +1,6 @@
 # Run by CPack after the components are staged and before they are packed: gives each package what
 # Debian asks of it and nobody else needs. Copyright, change log, compressed manual page, folder of
-# zsh completions, stripped programs, the example.
+# zsh completions, stripped programs, the examples.
 set(debian ${CPACK_ORV_SOURCE}/cmake/debian)
 set(file_mode OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 
@@ -46,7 +46,7 @@ foreach(usr IN LISTS packages)
     orv_copyright(${doc}/copyright ${notes})
 
     if(component STREQUAL "development")
-        file(COPY ${CPACK_ORV_EXAMPLE} DESTINATION ${doc}/examples FILE_PERMISSIONS ${file_mode})
+        file(COPY ${CPACK_ORV_EXAMPLES} DESTINATION ${doc}/examples FILE_PERMISSIONS ${file_mode})
     endif()
 
     # Debian's zsh looks for completions of packages here.

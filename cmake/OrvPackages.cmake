@@ -40,10 +40,8 @@ set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/OrvDebianControl.cmake)
 # For the two scripts, which get variables of this prefix alone.
 set(CPACK_ORV_SOURCE ${PROJECT_SOURCE_DIR})
 set(CPACK_ORV_STRIP ${CMAKE_STRIP})
-set(CPACK_ORV_EXAMPLE ${PROJECT_SOURCE_DIR}/examples/c/restore_bmp.c)
-if(NOT EXISTS ${CPACK_ORV_EXAMPLE})
-    set(CPACK_ORV_EXAMPLE ${PROJECT_SOURCE_DIR}/tests/install/consumer.c)
-endif()
+file(GLOB CPACK_ORV_EXAMPLES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/examples/c/*.c
+    ${PROJECT_SOURCE_DIR}/examples/cpp/*.cpp ${PROJECT_SOURCE_DIR}/examples/python/*.py)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME liborv1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
@@ -72,8 +70,8 @@ shrinkage, deblurring and further methods behind sixteen C functions that
 work on 24-bit bitmaps.
 
 This package has what a program in C or C++ is compiled with: the headers,
-the CMake package orv with its target orv::orv, orv.pc for pkg-config, and an
-example.")
+the CMake package orv with its target orv::orv, orv.pc for pkg-config, and
+examples.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME orv)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION graphics)
