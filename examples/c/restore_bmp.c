@@ -269,7 +269,7 @@ static void ORV_CALLBACK showProgress(int percent) {
         fprintf(stderr, "\rrestoring [%.*s%.*s] %3d %%", filled, bar, width - filled, rest,
                 total);
     } else if (total / 25 > progress.shown / 25) {
-        fprintf(stderr, "restoring: %d %%\n", total);
+        fprintf(stderr, "restoring: %d %%\n", total / 25 * 25);
     }
     progress.shown = total;
 }
@@ -296,7 +296,7 @@ static void* restore(void* photo) {
         showProgress(100); /* reports may end before it: the return of the call is the end */
     }
     SetORVCallBack(NULL);
-    if (progress.live) {
+    if (progress.live && progress.shown > 0) {
         fputc('\n', stderr);
     }
     return result;
