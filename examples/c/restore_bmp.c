@@ -284,9 +284,10 @@ static void* restore(void* photo) {
         void* source = progress.pass == 0 ? photo : result;
         /* Operations narrow the range of their reports and leave it so: set it back each time. */
         SetORVCallBack(showProgress);
-        result = ORVFastRestoration(source, ORV_SCHEME_AOS, ORV_SOLVER_THOMAS, 1, TIME_STEP, 0,
-                                    PRESMOOTHING, CONTRAST, ORV_FLOW_PERONA_MALIK,
-                                    ORV_GRADIENT_NORM_CENTRAL, 0);
+        result = ORVFastRestoration(source, ORV_SCHEME_AOS, ORV_SOLVER_THOMAS, /*iterations=*/1,
+                                    TIME_STEP, /*solverIterations=*/0, PRESMOOTHING, CONTRAST,
+                                    ORV_FLOW_PERONA_MALIK, ORV_GRADIENT_NORM_CENTRAL,
+                                    /*cflSubsteps=*/0);
         if (source != photo) {
             DestroyORVImage(source);
         }

@@ -329,10 +329,10 @@ Image restore(const std::string& path, const Image& photo) {
     Image result;
     for (int pass = 0; pass < kPasses; ++pass) {
         progress.begin(pass);
-        Image next(ORVFastRestoration(pass == 0 ? photo.get() : result.get(), ORV_SCHEME_AOS,
-                                      ORV_SOLVER_THOMAS, 1, kTimeStep, 0, kPresmoothing,
-                                      kContrast, ORV_FLOW_PERONA_MALIK,
-                                      ORV_GRADIENT_NORM_CENTRAL, 0));
+        Image next(ORVFastRestoration(
+            pass == 0 ? photo.get() : result.get(), ORV_SCHEME_AOS, ORV_SOLVER_THOMAS,
+            /*iterations=*/1, kTimeStep, /*solverIterations=*/0, kPresmoothing, kContrast,
+            ORV_FLOW_PERONA_MALIK, ORV_GRADIENT_NORM_CENTRAL, /*cflSubsteps=*/0));
         if (!next) {
             throw Failure(path, "the library has no memory for pass ", pass + 1);
         }
