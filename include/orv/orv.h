@@ -161,7 +161,9 @@ ORV_EXPORT unsigned char* GetORVImageData(void* image);
  * @param scheme            how time is stepped. The first of the keywords "2DSemi", "2DImplicit",
  *                          "LOD", "AFI", "ADI", "AOS", "AMOS" that occurs anywhere in the text
  *                          decides; with none of them it is "AOS"
- * @param solverId          linear solver, 0 to 41, see ORV_SOLVER_ in orv_constants.h; 0 is direct
+ * @param solverId          linear solver, 0 to 41, see ORV_SOLVER_ in orv_constants.h; 0 is direct,
+ *                          which with "2DSemi" and "2DImplicit" takes 8 bytes times the width for
+ *                          each pixel
  * @param iterations        time steps. Every step starts from the source, so with sigma of at most
  *                          0.05 and solver 0 more steps give the result of one; below 1 gives a copy
  *                          of the source

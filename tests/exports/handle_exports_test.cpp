@@ -53,6 +53,19 @@ TEST(ConvertORVImage, WidthFourIsOneBlockAndWidthFiveHasAStrideOfSixteen) {
     EXPECT_EQ(GetORVImageData(fiveImage.get())[15], 16);
 }
 
+TEST(ConvertORVImage, PaddingOfTheLastRowNeedNotExist) {
+    const std::vector<unsigned char> packed = photoBytes(5, 3, /*seed=*/1);
+    std::vector<unsigned char> rows = paddedRows(packed, 5, 3);
+    rows.pop_back();
+    // A block of its own, so that reading behind it is seen.
+    const std::vector<unsigned char> exact(rows.begin(), rows.end());
+    const BITMAPINFOHEADER header = bitmapHeader(5, 3);
+
+    const Handle image(ConvertORVImage(&header, exact.data()));
+
+    EXPECT_EQ(pixelsOf(image), packed);
+}
+
 TEST(ConvertORVImage, OtherBitCountsAreRefused) {
     const std::vector<unsigned char> bytes(64, 0);
     for (const int bitCount : {0, 1, 8, 16, 23, 25, 32}) {
