@@ -47,6 +47,7 @@ CALLS = (
     ("ORVISusanRestoration, 2 passes", "ORVISusanRestoration", (2, 20.0, 3.0)),
     ("ORVWaveletDenoising, SureShrink", "ORVWaveletDenoising", ("SureShrink", -1, 0)),
     ("ORVWaveletDenoising, VisuShrink", "ORVWaveletDenoising", ("VisuShrink", -1, 0)),
+    ("ORVWaveletDenoising, Brownian", "ORVWaveletDenoising", ("Brownian", -1, 0)),
     ("ORVISimpleColorTranfer", "ORVISimpleColorTranfer", ("image",)),
     ("ORVIColorToGreyTranfertOp", "ORVIColorToGreyTranfertOp", ("image",)),
 )
