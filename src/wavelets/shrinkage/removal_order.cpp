@@ -13,7 +13,7 @@ namespace {
 // 64 buckets an octave; 32 octaves below the largest magnitude are told apart.
 constexpr int kShift = 46;
 constexpr std::size_t kBuckets = 2048;
-constexpr std::uint64_t kSpan = (kBuckets - 1) << kShift;
+constexpr std::uint64_t kSpan = std::uint64_t{kBuckets - 1} << kShift;
 
 }  // namespace
 
