@@ -126,13 +126,11 @@ static TRIVERTEX corner(LONG x, LONG y, COLORREF colour) {
     return vertex;
 }
 
-/* A sky that gets lighter, a disc, a block with an outline, and speckles of a weak sensor. */
+/* A sky that gets lighter, a disc, a block with an outline and a horizon. */
 static void draw(const Dib* dib, COLORREF top, COLORREF bottom, COLORREF disc, COLORREF block) {
     const GRADIENT_RECT wholePicture = {0, 1};
     const HDC canvas = dib->canvas;
     TRIVERTEX corners[2];
-    uint32_t random = 1;
-    int i;
 
     corners[0] = corner(0, 0, top);
     corners[1] = corner(WIDTH, HEIGHT, bottom);
@@ -146,11 +144,21 @@ static void draw(const Dib* dib, COLORREF top, COLORREF bottom, COLORREF disc, C
     Rectangle(canvas, 15, 45, 70, 100);
     MoveToEx(canvas, 0, 105, NULL);
     LineTo(canvas, WIDTH, 70);
-    for (i = 0; i < WIDTH * HEIGHT / 20; ++i) {
-        random = random * 1664525u + 1013904223u;
-        SetPixelV(canvas, (int)(random >> 8) % WIDTH, (int)(random >> 20) % HEIGHT, bottom);
-    }
     GdiFlush(); /* GDI may still be drawing when its functions return */
+}
+
+/* Noise as that of a weak sensor, straight into the rows. */
+static void addNoise(const Dib* dib) {
+    uint32_t random = 1;
+    DWORD i;
+
+    for (i = 0; i < dib->info.bmiHeader.biSizeImage; ++i) {
+        int value;
+
+        random = random * 1664525u + 1013904223u;
+        value = dib->bits[i] + (int)(random >> 24) % 41 - 20;
+        dib->bits[i] = (unsigned char)(value < 0 ? 0 : value > 255 ? 255 : value);
+    }
 }
 
 /* What the callback was told since the last reset. */
@@ -332,6 +340,7 @@ int main(int argc, char** argv) {
     }
     draw(&photo, RGB(40, 90, 200), RGB(230, 190, 140), RGB(250, 220, 60), RGB(130, 40, 30));
     draw(&greys, RGB(60, 60, 60), RGB(220, 220, 220), RGB(180, 180, 180), RGB(90, 90, 90));
+    addNoise(&photo);
 
     printf("main thread\n");
     runAll(&task);

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "base/byte_count.h"
+
 namespace orv {
 
 /// One complex sample, real part first.
@@ -21,7 +23,8 @@ class ComplexPlane {
     ComplexPlane(int width, int height)
         : width_(width > 0 ? width : 0),
           height_(height > 0 ? height : 0),
-          samples_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_)) {}
+          samples_(boundedProduct(static_cast<std::size_t>(width_),
+                                  static_cast<std::size_t>(height_))) {}
 
     /// Samples in x.
     int width() const { return width_; }

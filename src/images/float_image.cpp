@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/byte_count.h"
 #include "base/elementary.h"
 #include "images/plane_reader.h"
 
@@ -17,9 +18,9 @@ constexpr std::size_t kAlignment = 16;
 constexpr std::size_t kLead = 20;
 
 std::size_t blockBytes(int width, int height) {
-    return (static_cast<std::size_t>(width) + 1) * static_cast<std::size_t>(height) *
-               sizeof(float) +
-           kSlackBytes;
+    const std::size_t samples =
+        boundedProduct(static_cast<std::size_t>(width) + 1, static_cast<std::size_t>(height));
+    return boundedProduct(samples, sizeof(float)) + kSlackBytes;
 }
 
 float* alignedBase(void* block) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/byte_count.h"
 #include "base/elementary.h"
 #include "base/kernels/elementary_kernels.h"
 #include "images/plane_reader.h"
@@ -11,6 +12,12 @@
 namespace orv {
 
 namespace {
+
+std::size_t blockBytes(int width, int height) {
+    const std::size_t samples =
+        boundedProduct(static_cast<std::size_t>(width), static_cast<std::size_t>(height));
+    return boundedProduct(samples, sizeof(double));
+}
 
 template <class Change>
 void changeEach(double* samples, std::size_t count, Change change) {
@@ -24,7 +31,7 @@ void changeEach(double* samples, std::size_t count, Change change) {
 RealImage::RealImage(Uninitialised /*key*/, int width, int height)
     : width_(std::max(width, 0)),
       height_(std::max(height, 0)),
-      block_(sampleCount() * sizeof(double), alignof(double)),
+      block_(blockBytes(width_, height_), alignof(double)),
       data_(static_cast<double*>(block_.data())),
       rows_(std::make_unique<double*[]>(static_cast<std::size_t>(std::max(width_, 1)))),
       pi_(4.0 * elementaryAtan(1.0)) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <new>
 
 #include "base/elementary.h"
 #include "images/image_support.h"
@@ -35,6 +36,13 @@ TEST(RealImage, SizesOfZeroAndBelowCountAsZero) {
 
         EXPECT_EQ(plane.clone()->sampleCount(), 0u);
     }
+}
+
+TEST(RealImage, MoreSamplesThanMemoryCountsAreRefused) {
+    // A little above 2 to the power of 61 samples: 64 bits keep some hundred million bytes.
+    constexpr int kSide = 1518500250;
+
+    EXPECT_THROW(RealImage(kSide, kSide), std::bad_alloc);
 }
 
 TEST(RealImage, FromAnImageItHoldsLuminanceOrAChannel) {

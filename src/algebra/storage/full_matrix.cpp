@@ -7,6 +7,7 @@
 
 #include "algebra/result_arguments.h"
 #include "algebra/storage/stored_measures.h"
+#include "base/byte_count.h"
 #include "base/rounding.h"
 
 namespace orv {
@@ -14,7 +15,7 @@ namespace orv {
 namespace {
 
 std::size_t elementCount(int n) {
-    return static_cast<std::size_t>(n) * static_cast<std::size_t>(n);
+    return boundedProduct(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
 }
 
 }  // namespace
