@@ -8,7 +8,7 @@
 
 #include "orv/orv.h"
 
-enum { kWidth = 64, kHeight = 24, kMostAddresses = 8 };
+enum { kWidth = 64, kHeight = 24, kWide = 40000, kMostAddresses = 8 };
 
 /* Addresses at which the callback found its argument. */
 static const void* addresses[kMostAddresses];
@@ -95,6 +95,27 @@ static void printStack(HMODULE dll) {
            addressCount >= 1 && addressCount <= 2 ? "yes" : "no");
 }
 
+/* Wavelet shrinkage pads this picture to a square of 65536 samples, 2 to the power of 35 bytes: no
+ * 32-bit number counts them. */
+static void printWide(HMODULE dll) {
+    void* (*convert)(const BITMAPINFOHEADER*, const unsigned char*);
+    void* (*wavelet)(void*, const char*, int, int);
+    unsigned char* pixels = calloc(kWide, 3);
+    BITMAPINFOHEADER header = {0};
+    void* image;
+
+    TAKE(convert, "ConvertORVImage");
+    TAKE(wavelet, "ORVWaveletDenoising");
+    header.biWidth = kWide;
+    header.biHeight = 1;
+    header.biBitCount = 24;
+    image = convert(&header, pixels);
+    printf("a picture of %d pixels: %s\n", kWide, image == NULL ? "null" : "a handle");
+    printf("its square: %s\n",
+           wavelet(image, "SureShrink", 1, 0) == NULL ? "null" : "a handle");
+    free(pixels);
+}
+
 /* Loading and unloading leaves nothing behind that a later load would trip over. */
 static void printLoads(const char* path) {
     int i;
@@ -119,6 +140,9 @@ int main(int argc, char** argv) {
     }
     printVersion(argv[1]);
     printStack(dll);
+    if (sizeof(void*) == 4) {
+        printWide(dll);
+    }
     FreeLibrary(dll);
     printLoads(argv[1]);
     return 0;
