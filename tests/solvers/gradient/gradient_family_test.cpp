@@ -1,6 +1,7 @@
 // What all methods of one recurrence have in common.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <type_traits>
 #include <utility>
@@ -166,6 +167,38 @@ TYPED_TEST(GradientFamilyOfAStartTest, ReturnsASolvedStartWithConvergedLow) {
         EXPECT_TRUE(sameVectorBits(*u, solution)) << value;
         EXPECT_FALSE(solver.converged()) << value;
     }
+}
+
+TYPED_TEST(GradientFamilyOfAStartTest, IteratesFromAStartAtTheTolerance) {
+    // The start residual is b; its square 1 + 2^-11 + 2^-24 is no float.
+    const FullMatrix A(1, 2.0F);
+    const RealVector b(1, 1.0F + 0x1p-12F);
+    TypeParam at(1, 1.0 + 0x1p-12);
+    TypeParam above(1, std::nextafter(1.0 + 0x1p-12, 2.0));
+
+    const auto moved = at.Solve(A, b, start(RealVector(1)));
+    const auto kept = above.Solve(A, b, start(RealVector(1)));
+
+    EXPECT_NE((*moved)[0], 0.0F);
+    EXPECT_EQ((*kept)[0], 0.0F);
+}
+
+TYPED_TEST(GradientFamily, HasNotConvergedWithAResidualAtTheTolerance) {
+    // A = 2, b = 4: solved to the bit by one step; BB errs in its first one, and CBB tests at
+    // the start of the next.
+    const int steps =
+        std::is_same_v<TypeParam, BbSolver> || std::is_same_v<TypeParam, CbbSolver> ? 2 : 1;
+    const auto converges = [&](double tol) {
+        TypeParam solver(steps, tol);
+        if constexpr (std::is_same_v<TypeParam, CgsLsShiftedSolver>) {
+            solver.SetShift(0.0);
+        }
+        (void)solver.Solve(FullMatrix(1, 2.0F), RealVector(1, 4.0F), start(RealVector(1)));
+        return solver.converged();
+    };
+
+    EXPECT_FALSE(converges(0.0));
+    EXPECT_TRUE(converges(std::numeric_limits<double>::denorm_min()));
 }
 
 TYPED_TEST(GradientFamily, RunsToItsLimitOnASingularMatrix) {

@@ -145,6 +145,18 @@ TEST_P(LanczosFamily, EndsAtTheStartTestWithAToleranceAboveEveryNorm) {
     EXPECT_FALSE(solver->converged());
 }
 
+TEST_P(LanczosFamily, IteratesFromAStartAtTheTolerance) {
+    // b, A b and the start residual (0, -5) have the norm 5.
+    const auto productsOf = [&](double tol) {
+        const test::WatchingMatrix A(test::diagonal({1.0F, 1.0F}));
+        (void)make(1, tol)->Solve(A, test::vectorOf({5.0F, 0.0F}), start(RealVector(2, 5.0F)));
+        return A.products();
+    };
+
+    EXPECT_GT(productsOf(5.0), GetParam().startProducts);
+    EXPECT_LE(productsOf(std::nextafter(5.0, 6.0)), GetParam().startProducts);
+}
+
 TEST_P(LanczosFamily, MakesTheStatedProductsInMemoryThatItKeeps) {
     const test::WatchingMatrix A(diffusionLine(15, 1.0F));
     const auto solver = make(3, 1e-12);

@@ -19,6 +19,7 @@ using test::diffusionLine;
 using test::diffusionPlane;
 using test::expectMissesSolution;
 using test::expectStopsLater;
+using test::expectStrictTest;
 using test::expectWrittenDown;
 using test::makeOf;
 using test::norm;
@@ -101,6 +102,11 @@ TEST(MinresSolver, RaisesConvergedFarFromTheSolution) {
 TEST(MinresSolver, StopsOnTheProductOfItsSines) {
     expectStopsLater(makeOf<MinresSolver>, [] { return plainMinres(48); },
                      {100.0, 10.0, 1.0, 0.1, 0.01});
+}
+
+TEST(MinresSolver, TestsItsProductStrictly) {
+    // One unknown: beta is 0, and eta with it.
+    expectStrictTest(makeOf<MinresSolver>, FullMatrix(1, 2.0F), RealVector(1, 8.0F), 0.0);
 }
 
 TEST(MinresSolver, EndsASystemOfOneUnknownAtItsStartVector) {

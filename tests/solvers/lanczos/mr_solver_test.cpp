@@ -184,6 +184,17 @@ TEST(MrSolver, RaisesConvergedWithNanWhenTheKrylovSpaceEnds) {
     }
 }
 
+TEST(MrSolver, TestsTheLanczosNormStrictly) {
+    // One unknown: beta is 0.
+    for (const bool restricted : {false, true}) {
+        SCOPED_TRACE(restricted);
+        const auto make = [&](int maxIter, double tol) {
+            return std::make_unique<MrSolver>(maxIter, tol, restricted);
+        };
+        test::expectStrictTest(make, FullMatrix(1, 2.0F), RealVector(1, 8.0F), 0.0);
+    }
+}
+
 TEST(MrSolver, CountsIterationsOfItsOwnLoopOnly) {
     // Without a Solve between them, all calls of Iterate are a first iteration, or none is.
     const FTriDiagonalMatrix A = diffusionLine(9, 1.0F);

@@ -132,6 +132,22 @@ TEST(SymmlqSolver, StopsOnItsEstimate) {
     expectStopsLater(makeOf<SymmlqSolver>, plainSymmlq, {100.0, 10.0, 1.0, 0.1, 0.01});
 }
 
+TEST(SymmlqSolver, TestsItsEstimateInDoubleAndStrictly) {
+    // A = (3 4; 4 0), b = (5, 0): alpha = 3, beta = 4, rot = 5, zeta = 1, gamma = -4; then
+    // x = 4 c and beta = 0, so that the estimate of the second step is x. c is 3/5 in double.
+    const PlainMatrix A = matrixOf({{3.0F, 4.0F}, {4.0F, 0.0F}});
+    const RealVector b = vectorOf({5.0F, 0.0F});
+    const double estimate = 4.0 * (3.0 / 5.0);
+    SymmlqSolver at(2, estimate);
+    SymmlqSolver above(2, std::nextafter(estimate, 3.0));
+
+    (void)at.Solve(A, b, start(RealVector(2)));
+    (void)above.Solve(A, b, start(RealVector(2)));
+
+    EXPECT_FALSE(at.converged());
+    EXPECT_TRUE(above.converged());
+}
+
 TEST(SymmlqSolver, FillsASystemOfOneUnknownWithNan) {
     FullMatrix A(1, 2.0F);
     SymmlqSolver solver(5, 0.0001);
