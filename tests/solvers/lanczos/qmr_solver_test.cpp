@@ -192,18 +192,21 @@ TEST(QmrSolver, ReturnsTheStartWhenTheResidualIsZeroAndTheToleranceToo) {
 }
 
 TEST(QmrSolver, LeavesTheIterationOfAZeroEpsilonAndDividesByItInTheNext) {
-    // r.A r = 0 for A = diag(1, -1) and r = (1, 1).
+    // r.A r = 0 for A = diag(1, -1) and r = (1, 1). The iteration ends before its second
+    // product.
     const DiagonalMatrix A = diagonal({1.0F, -1.0F});
+    const test::WatchingMatrix watched(A);
     const RealVector b(2, 1.0F);
     const RealVector zero(2);
     QmrSolver once(1, 0.0001);
     QmrSolver twice(2, 0.0001);
 
-    const auto after1 = once.Solve(A, b, start(zero));
+    const auto after1 = once.Solve(watched, b, start(zero));
     const auto after2 = twice.Solve(A, b, start(zero));
 
     EXPECT_TRUE(sameVectorBits(*after1, zero));
     EXPECT_FALSE(once.converged());
+    EXPECT_EQ(watched.products(), 2);
     EXPECT_TRUE(std::isnan((*after2)[0]));
     EXPECT_FALSE(twice.converged());
 }
