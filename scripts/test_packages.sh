@@ -186,6 +186,7 @@ purge_leaves_nothing() {
         diff "$work/before.list" "$work/after.list"
 }
 
+rm -f "$work"/in.* "$work"/out.*
 mkdir -p "$work"
 clean
 trap clean EXIT
