@@ -97,7 +97,7 @@ class DamagedFiles(HostCase):
 
     def test_mutations_end_alike_in_all_hosts(self):
         chance = random.Random(7)
-        for turn in range(60):
+        for turn in range(40):
             data = bytearray(GOOD)
             for _ in range(chance.randint(1, 3)):
                 at = chance.choice([chance.randrange(54), chance.randrange(len(data))])
