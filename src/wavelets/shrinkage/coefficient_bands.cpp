@@ -11,7 +11,7 @@ namespace orv {
 
 CoefficientBands::~CoefficientBands() = default;
 
-BandView PlaneBands::box(int xStart, int xEnd, int yStart, int yEnd) const {
+CoefficientView PlaneBands::box(int xStart, int xEnd, int yStart, int yEnd) const {
     const std::size_t step = static_cast<std::size_t>(coefficients_.height());
     if (xEnd <= xStart || yEnd <= yStart) {
         return {coefficients_.data(), 0, 0, step, 0};
@@ -19,7 +19,7 @@ BandView PlaneBands::box(int xStart, int xEnd, int yStart, int yEnd) const {
     return {coefficients_.row(xStart) + yStart, xEnd - xStart, yEnd - yStart, step, 0};
 }
 
-BandView PlaneBands::band(int level, int detail) {
+CoefficientView PlaneBands::band(int level, int detail) {
     int xStart = 0;
     int xEnd = 0;
     int yStart = 0;
@@ -32,8 +32,8 @@ std::unique_ptr<RealImage> PlaneBands::wholeBand(int level, int detail) const {
     return ExtractBand(coefficients_, height_, width_, level, detail);
 }
 
-std::vector<BandView> PlaneBands::rest() {
-    std::vector<BandView> views;
+std::vector<CoefficientView> PlaneBands::rest() {
+    std::vector<CoefficientView> views;
     int w = width_;
     int h = height_;
     for (int level = 1; level <= levels_; ++level) {
@@ -57,7 +57,7 @@ int PyramidBands::levels() const {
     return pyramid_.levels();
 }
 
-BandView PyramidBands::band(int level, int detail) {
+CoefficientView PyramidBands::band(int level, int detail) {
     RealImage& plane = pyramid_.band(level, detail);
     const long long whole =
         static_cast<long long>(pyramid_.bandWidth(level)) * pyramid_.bandHeight(level);
@@ -70,7 +70,7 @@ std::unique_ptr<RealImage> PyramidBands::wholeBand(int level, int detail) const 
     return pyramid_.wholeBand(level, detail);
 }
 
-std::vector<BandView> PyramidBands::rest() {
+std::vector<CoefficientView> PyramidBands::rest() {
     RealImage& plane = pyramid_.approximation();
     return {{plane.data(), plane.width(), plane.height(),
              static_cast<std::size_t>(plane.height()), 0}};

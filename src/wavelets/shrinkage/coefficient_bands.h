@@ -10,7 +10,7 @@ class BandPyramid;
 class RealImage;
 
 /// Some of the coefficients of a plane: columns of equal length at equal distances.
-struct BandView {
+struct CoefficientView {
     double* first;
     int width;
     int height;
@@ -39,11 +39,11 @@ class CoefficientBands {
     /// Levels that the rules shrink; 0 or below means none.
     virtual int levels() const = 0;
     /// The detail band of a level, 1 being the finest.
-    virtual BandView band(int level, int detail) = 0;
+    virtual CoefficientView band(int level, int detail) = 0;
     /// A copy of a detail band with all its coefficients.
     virtual std::unique_ptr<RealImage> wholeBand(int level, int detail) const = 0;
     /// All coefficients that no detail band of the levels holds.
-    virtual std::vector<BandView> rest() = 0;
+    virtual std::vector<CoefficientView> rest() = 0;
     /// The noise of the plane: estimateNoise2D, unless it is known.
     virtual double noise() const = 0;
 };
@@ -58,13 +58,13 @@ class PlaneBands final : public CoefficientBands {
     int width() const override { return width_; }
     int height() const override { return height_; }
     int levels() const override { return levels_; }
-    BandView band(int level, int detail) override;
+    CoefficientView band(int level, int detail) override;
     std::unique_ptr<RealImage> wholeBand(int level, int detail) const override;
-    std::vector<BandView> rest() override;
+    std::vector<CoefficientView> rest() override;
     double noise() const override;
 
   private:
-    BandView box(int xStart, int xEnd, int yStart, int yEnd) const;
+    CoefficientView box(int xStart, int xEnd, int yStart, int yEnd) const;
 
     RealImage& coefficients_;
     int height_;
@@ -84,9 +84,9 @@ class PyramidBands final : public CoefficientBands {
     int width() const override { return width_; }
     int height() const override { return height_; }
     int levels() const override;
-    BandView band(int level, int detail) override;
+    CoefficientView band(int level, int detail) override;
     std::unique_ptr<RealImage> wholeBand(int level, int detail) const override;
-    std::vector<BandView> rest() override;
+    std::vector<CoefficientView> rest() override;
     double noise() const override;
 
   private:

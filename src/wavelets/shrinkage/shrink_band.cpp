@@ -6,7 +6,7 @@
 
 namespace orv {
 
-long long shrinkView(const BandView& view, double noise, double threshold) {
+long long shrinkView(const CoefficientView& view, double noise, double threshold) {
     const ShrinkKernels& kernels = shrinkKernels();
     const std::size_t height = static_cast<std::size_t>(view.height);
     long long tossed = view.outside;
@@ -37,7 +37,7 @@ void roundRest(CoefficientBands& bands, double noise) {
     if (noise == 0.0) {
         return;
     }
-    for (const BandView& view : bands.rest()) {
+    for (const CoefficientView& view : bands.rest()) {
         for (int x = 0; x < view.width; ++x) {
             shrinkKernels().divideAndMultiply(view.column(x), noise,
                                               static_cast<std::size_t>(view.height));

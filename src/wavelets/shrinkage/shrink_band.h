@@ -16,7 +16,7 @@ void ShrinkBand(RealImage& coefficients, int height, int width, int level, int d
 
 /// Soft thresholding of the coefficients in view; `noise` other than 0 divides them before and
 /// multiplies them after. Gives how many became 0, those outside the view included.
-long long shrinkView(const BandView& view, double noise, double threshold);
+long long shrinkView(const CoefficientView& view, double noise, double threshold);
 
 /// The verbose line of ShrinkBand.
 void printShrinkage(int level, int detail, double threshold, long long tossed);

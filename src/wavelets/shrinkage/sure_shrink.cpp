@@ -13,7 +13,7 @@ namespace orv {
 
 namespace {
 
-double thresholdOf(const BandView& view, double noise, double* magnitudes) {
+double thresholdOf(const CoefficientView& view, double noise, double* magnitudes) {
     const ShrinkKernels& kernels = shrinkKernels();
     const std::size_t height = static_cast<std::size_t>(view.height);
     double* to = magnitudes;
@@ -46,7 +46,7 @@ void sureShrink(CoefficientBands& bands, bool verbose) {
             if (!reportWork(3 * (level - 1) + detail, 3 * bands.levels())) {
                 return;
             }
-            const BandView view = bands.band(level, detail);
+            const CoefficientView view = bands.band(level, detail);
             if (view.count() * sizeof(double) > block.bytes()) {
                 block = acquireWorkingArray(view.count(),
                                             "sureThreshold: Unable to malloc working array!\n");
