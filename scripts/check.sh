@@ -70,6 +70,7 @@ scripts() {
 export PYTHONDONTWRITEBYTECODE=1
 check format format
 check layers scripts/check_layers.py
+check names scripts/check_names.py
 check sizes scripts/check_sizes.py
 check quirks scripts/check_quirks.py
 check words scripts/check_words.py

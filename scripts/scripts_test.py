@@ -8,6 +8,7 @@ import unittest
 import zlib
 
 import check_layers
+import check_names
 import check_quirks
 import check_sizes
 import check_words
@@ -15,6 +16,7 @@ import make_grey
 import png_io
 import psnr
 import side_by_side
+import update_golden
 
 LAYERS = """
 base     | src/base/*              |
@@ -93,6 +95,43 @@ class Words(unittest.TestCase):
     def test_machine_path_is_refused(self):
         path = "/" + "work/a"
         self.assertEqual(len(list(check_words.text_problems("README.md", path))), 1)
+
+
+class Names(unittest.TestCase):
+    def problems(self, *texts):
+        return list(check_names.problems_of({f"{i}.h": text for i, text in enumerate(texts)}))
+
+    def test_two_types_of_one_name_are_refused(self):
+        view = "namespace orv {\nstruct View {\n    int a;\n};\n}\n"
+        kind = "namespace orv {\nclass View final : public Base {\n};\n}\n"
+        self.assertEqual(self.problems(view, kind), ["1.h: orv::View is defined in 0.h too"])
+
+    def test_other_namespaces_and_declarations_may_repeat(self):
+        texts = [
+            "namespace orv {\nstruct View {\n};\n}\n",
+            "namespace orv::test {\nstruct View {\n};\n}\n",
+            "namespace orv {\nstruct View;\n}\n",
+            "namespace orv {\nnamespace {\nvoid f() {\n}\nstruct View {\n};\n}  // namespace\n}\n",
+            "namespace orv {\nstruct Owner::View {\n};\n}\n",
+        ]
+        self.assertEqual(self.problems(*texts), [])
+
+
+class Golden(unittest.TestCase):
+    HEADER = "name,export,size,equal\n"
+
+    def moves(self, before, after):
+        before, after = (update_golden.rows(self.HEADER + text) for text in (before, after))
+        return list(update_golden.moves(before, after))
+
+    def test_a_case_that_moved_says_where(self):
+        self.assertEqual(
+            self.moves("a,X,1x1,bits\nb,X,2x2,bits\n", "a,X,1x1,bits\nb,X,null,bits\n"),
+            ["b: moved: size", "    size: 2x2 -> null"],
+        )
+
+    def test_a_line_without_outcome_is_new(self):
+        self.assertEqual(self.moves("a,X\n", "a,X,1x1,bits\n"), ["a: new"])
 
 
 class Quirks(unittest.TestCase):
