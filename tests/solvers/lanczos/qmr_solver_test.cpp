@@ -166,6 +166,28 @@ TEST(QmrSolver, StopsOnTheRecurredResidual) {
     expectStrictTest(makeOf<QmrSolver>, A, b, norm(writtenDown(A, b, RealVector(12), 1).r));
 }
 
+TEST(QmrSolver, CarriesTheRecurredResidualOn) {
+    // One of the few systems whose residual is smallest in a later iteration, the fourth.
+    const PlainMatrix A =
+        matrixOf({{-3.0F, 0.0F, 3.0F}, {-1.0F, 0.0F, 1.0F}, {3.0F, 3.0F, 1.0F}});
+    const RealVector b = vectorOf({-3.0F, -1.0F, 2.0F});
+    const auto normAfter = [&](int iterations) {
+        return norm(writtenDown(A, b, RealVector(3), iterations).r);
+    };
+    const double left = normAfter(4);
+    for (const int before : {0, 1, 2, 3}) {
+        ASSERT_GT(normAfter(before), 1.01 * left) << before;
+    }
+    QmrSolver at(4, left);
+    QmrSolver above(4, std::nextafter(left, HUGE_VAL));
+
+    (void)at.Solve(A, b, start(RealVector(3)));
+    (void)above.Solve(A, b, start(RealVector(3)));
+
+    EXPECT_FALSE(at.converged());
+    EXPECT_TRUE(above.converged());
+}
+
 TEST(QmrSolver, ReturnsTheStartAfterEveryIterationWhenDeltaIsZero) {
     // The norm of r exceeds the range of a float, so v and w become zero.
     const FTriDiagonalMatrix A = diffusionLine(4, 1.0F);
