@@ -14,15 +14,16 @@ namespace {
 constexpr int kSkipped = 77;
 constexpr int kUnusable = 2;
 constexpr std::size_t kLinesShown = 6;
+constexpr int kColumnsShown = 72;
 
 void printText(const char* title, const std::string& text) {
     const std::vector<std::string> lines = parts(text, '\n');
     std::printf("    %s:\n", title);
     for (std::size_t i = 0; i < lines.size() && i < kLinesShown; ++i) {
-        std::printf("      | %s\n", lines[i].c_str());
+        std::printf("      | %.*s\n", kColumnsShown, lines[i].c_str());
     }
     if (lines.size() > kLinesShown) {
-        std::printf("      | ... %zu lines\n", lines.size());
+        std::printf("      | ... %zu lines in all\n", lines.size());
     }
 }
 
