@@ -44,8 +44,10 @@ machine_of() {
     esac
 }
 
-# build PRESET TARGET...: in a shell of its own, since a failed build ends the caller.
+# build PRESET TARGET...: in a shell of its own, since a failed build ends the caller. Configures
+# anew, since presets change.
 build() (
+    orv_reconfigure=yes
     orv_build "$@"
 )
 
@@ -55,30 +57,30 @@ look_into() {
     local folder="build/$preset/src"
     for property in exports imports image entry-point import-library version; do
         check "$preset $property" tests/windows/check_dll.py "$property" "$folder/orv.dll" \
-            --machine "$machine" --version "$version" \
+            --machine "$machine" --source "$orv_root" --version "$version" \
             --import-library "$folder/liborv.dll.a" --layers "$folder"/liborv_*.a
     done
     check "$preset calling conventions" "$machine-w64-mingw32-g++" -std=c++20 -Wall -Wextra \
         -Werror -fsyntax-only -Iinclude tests/windows/calling_convention.cpp
 }
 
-# A second build of the same sources elsewhere, with another name for each path, has the same
-# bytes. A cache of objects would hide what differs.
+# A second build of the same sources in another folder has the same bytes.
 same_bytes() {
-    local preset=$1
-    local elsewhere="$wine_root/another/place/for-$preset"
-    local file
-    rm -rf "$elsewhere"
-    mkdir -p "$elsewhere"
-    # With their times, so that a later run compiles what has changed alone.
-    git -c safe.directory='*' ls-files -z -- ':!examples/photos' ':!docs/images' |
-        xargs -0 cp -p --parents -t "$elsewhere" || return 1
-    (cd "$elsewhere" && export CCACHE_DISABLE=1 &&
-        cmake --preset "$preset" -B "../built-$preset" &&
-        cmake --build "../built-$preset" --target orv) || return 1
+    local preset=$1 elsewhere="$wine_root/another" file
+    (cd "$elsewhere" && cmake --preset "$preset" -DORV_BUILD_GOLDEN=OFF &&
+        cmake --build "build/$preset" --target orv) || return 1
     for file in orv.dll liborv.dll.a; do
-        cmp "build/$preset/src/$file" "$elsewhere/../built-$preset/src/$file" || return 1
+        cmp "build/$preset/src/$file" "$elsewhere/build/$preset/src/$file" || return 1
     done
+}
+
+# With their times, so that a later run compiles what has changed alone.
+copy_sources() {
+    local elsewhere="$wine_root/another"
+    mkdir -p "$elsewhere"
+    find "$elsewhere" -mindepth 1 -maxdepth 1 ! -name build -exec rm -rf {} + || return 1
+    git -c safe.directory='*' ls-files -z -- ':!examples/photos' ':!docs/images' |
+        xargs -0 cp -p --parents -t "$elsewhere"
 }
 
 # Puts what is to run beside the library, compiled as the example's first lines say.
@@ -87,11 +89,35 @@ fill_stage() {
     local cc="$machine-w64-mingw32-gcc" strict=(-std=c99 -pedantic -Wall -Wextra -Werror)
     mkdir -p "$folder/out"
     rm -f "$folder"/out/*
-    cp "build/$preset/src/orv.dll" "$folder/" &&
+    cp "build/$preset/src/orv.dll" "build/$preset/tests/golden/golden_runner.exe" \
+        tests/golden/cases.csv "$folder/" &&
         "$cc" "${strict[@]}" -Iinclude examples/windows/dib_host.c -o "$folder/dib_host.exe" \
             -lgdi32 -lmsimg32 &&
         "$cc" "${strict[@]}" -Iinclude tests/windows/dll_probe.c -o "$folder/dll_probe.exe" \
             -lversion
+}
+
+# What `cmake --install` gives is found by CMake, and a program is linked with it.
+install_and_link() {
+    local preset=$1 machine=$2 file
+    local tree="$wine_root/installed/$machine" consumer="$wine_root/consumer-$machine"
+    rm -rf "$tree" "$consumer"
+    cmake --install "build/$preset" --prefix "$tree" || return 1
+    for file in bin/orv.dll lib/liborv.dll.a include/orv/orv.h include/orv/orv_constants.h; do
+        [ -f "$tree/$file" ] || { echo "not installed: $file"; return 1; }
+    done
+    cmake -G Ninja -S tests/install/cmake_consumer -B "$consumer" \
+        --toolchain "$orv_root/cmake/toolchains/$preset.cmake" \
+        -Dorv_DIR="$tree/lib/cmake/orv" &&
+        cmake --build "$consumer" && cp "$consumer/consumer.exe" "$stage/$machine/"
+}
+
+linked_agrees() {
+    local run=$1 folder=$2
+    cc -Iinclude tests/install/consumer.c -o "$folder/consumer" build/release/src/liborv.so \
+        -Wl,-rpath,"$orv_root/build/release/src" &&
+        "$folder/consumer" >"$folder/out/consumer-here.txt" || return 1
+    "$run" "$folder" consumer.exe | tr -d '\r' | diff "$folder/out/consumer-here.txt" -
 }
 
 # The host prints the lines that its twin prints on the library of this machine.
@@ -115,20 +141,57 @@ probe_agrees() {
     diff <(printf '%s\n' "${expected[@]}") <(tr -d '\r' <"$folder/out/probe.txt")
 }
 
-# run_all PRESET RUN LACK: with LACK everything is skipped.
-run_all() {
-    local preset=$1 run=$2 lack=$3
-    local folder
-    folder="$stage/$(machine_of "$preset")"
-    if [ -n "$lack" ]; then
-        skip "$preset host" "$lack"
-        skip "$preset probe" "$lack"
-        return
+# Every line of the golden table. A program that was killed, or that Wine could not start, leaves
+# another last line. The runner says when this processor lacks the target.
+table() {
+    local name=$1 run=$2 folder=$3 target=$4
+    local lines="$folder/out/golden-$target.txt" cases
+    cases=$(($(wc -l <tests/golden/cases.csv) - 1))
+    wine_seconds=600 "$run" "$folder" golden_runner.exe orv.dll cases.csv --target "$target" \
+        2>/dev/null | tr -d '\r' >"$lines"
+    if grep -q '^skipped: ' "$lines"; then
+        skip "$name" "$(sed -n 's/^skipped: //p' "$lines")"
+    else
+        check "$name" last_line_is "$cases passed, 0 failed" "$lines"
     fi
-    check "$preset host" host_agrees "$run" "$folder"
-    check "$preset probe" probe_agrees "$run" "$folder"
 }
 
+last_line_is() {
+    head -n 40 "$2"
+    [ "$(tail -n 1 "$2")" = "$1" ]
+}
+
+# What the example's README shows is what the host prints on its main thread.
+readme_agrees() {
+    diff <(sed -n 's/^    //p' examples/windows/README.md |
+        sed -n '/^main thread/,/^ORVIColorToGrey/p') \
+        <(sed '/^second thread/,$d' "$1/out/host-lines.txt")
+}
+
+# run_all PRESET RUN LACK TARGET...: with LACK everything is skipped.
+run_all() {
+    local preset=$1 run=$2 lack=$3
+    local folder target name
+    shift 3
+    folder="$stage/$(machine_of "$preset")"
+    for name in host linked probe; do
+        if [ -n "$lack" ]; then
+            skip "$preset $name" "$lack"
+        else
+            check "$preset $name" "${name}_agrees" "$run" "$folder"
+        fi
+    done
+    for target in "$@"; do
+        name="$preset golden table, $target"
+        if [ -n "$lack" ]; then
+            skip "$name" "$lack"
+        else
+            table "$name" "$run" "$folder" "$target"
+        fi
+    done
+}
+
+rm -rf "$stage"
 mkdir -p build/log "$wine_root"
 if ! (orv_need "${orv_run_packages[@]}" "${windows_packages[@]}"); then
     skip "everything" "the packages it needs can't be installed"
@@ -137,22 +200,27 @@ if ! (orv_need "${orv_run_packages[@]}" "${windows_packages[@]}"); then
 fi
 trap 'wine64_end; wine32_end' EXIT
 check "library of this machine" build release orv
+check "copy of the sources" copy_sources
 for preset in mingw64 mingw32; do
-    if check "$preset build" build "$preset" orv; then
+    if check "$preset build" build "$preset" orv golden_runner; then
         look_into "$preset" "$(machine_of "$preset")"
         check "$preset same bytes" same_bytes "$preset"
         check "$preset programs" fill_stage "$preset" "$(machine_of "$preset")"
+        check "$preset install" install_and_link "$preset" "$(machine_of "$preset")"
     fi
 done
 
 wine64_prepare
-run_all mingw64 wine64_run "$wine64_lack"
+run_all mingw64 wine64_run "$wine64_lack" generic avx2 avx512
+if [ -z "$wine64_lack" ]; then
+    check "mingw64 README" readme_agrees "$stage/x86_64"
+fi
 if [ -n "${ORV_SKIP_WINE32:-}" ]; then
     wine32_lack="ORV_SKIP_WINE32 is set"
 else
     wine32_prepare
 fi
-run_all mingw32 wine32_run "$wine32_lack"
+run_all mingw32 wine32_run "$wine32_lack" generic
 
 echo "$passed passed, $failed failed, $skipped skipped"
 [ "$failed" -eq 0 ]

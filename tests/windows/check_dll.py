@@ -6,6 +6,7 @@ then.
 """
 
 import argparse
+import os
 import re
 import subprocess
 import sys
@@ -33,6 +34,7 @@ class Dll:
         self.layers = arguments.layers
         self.version = arguments.version
         self.machine = arguments.machine
+        self.source = arguments.source
 
     def tool(self, name, *arguments):
         command = [f"{self.machine}-w64-mingw32-{name}", *arguments]
@@ -62,7 +64,7 @@ def imports(dll):
 
 
 def image(dll):
-    """The right machine; no time of the build; may be loaded at any address, data never runs."""
+    """The right machine; no time or folder of the build; any address will do; data never runs."""
     headers = dll.headers()
     if f"file format {FORMATS[dll.machine]}" not in headers:
         yield f"is no {FORMATS[dll.machine]}"
@@ -74,6 +76,9 @@ def image(dll):
             yield f"is not marked {mark}"
     if re.search(r"^Entry 5 0+ 0+ Base Relocation", headers, re.MULTILINE):
         yield "has no relocations"
+    with open(dll.path, "rb") as file:
+        if not dll.source or os.fsencode(dll.source) in file.read():
+            yield f"names the folder of its sources: {dll.source}"
 
 
 def entry_point(dll):
@@ -128,6 +133,7 @@ def main():
     parser.add_argument("--import-library")
     parser.add_argument("--layers", nargs="*", default=[], help="archives that it is made of")
     parser.add_argument("--version", default="")
+    parser.add_argument("--source", default="", help="the folder of the sources")
     arguments = parser.parse_args()
     found = list(CHECKS[arguments.check](Dll(arguments)))
     for problem in found:
