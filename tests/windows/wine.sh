@@ -36,7 +36,8 @@ wine64_run() {
 
 wine64_end() {
     if [ -d "$wine_prefix" ]; then
-        env "${wine_settings[@]}" WINEPREFIX="$wine_prefix" timeout 20 wineserver -k || true
+        env "${wine_settings[@]}" WINEPREFIX="$wine_prefix" timeout 20 wineserver -k \
+            >/dev/null 2>&1 || true
     fi
 }
 
@@ -109,6 +110,7 @@ wine32_run() {
 
 wine32_end() {
     if [ -f "$wine32_debian/ready" ]; then
-        chroot "$wine32_debian" env WINEPREFIX=/prefix timeout 20 wineserver -k || true
+        chroot "$wine32_debian" env WINEPREFIX=/prefix timeout 20 wineserver -k \
+            >/dev/null 2>&1 || true
     fi
 }
