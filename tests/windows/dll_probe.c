@@ -95,8 +95,8 @@ static void printStack(HMODULE dll) {
            addressCount >= 1 && addressCount <= 2 ? "yes" : "no");
 }
 
-/* Wavelet shrinkage pads this picture to a square of 65536 samples, 2 to the power of 35 bytes: no
- * 32-bit number counts them. */
+/* The rule "Brownian" takes whole bands of the square that this picture is padded to: at the first
+ * level 2 to the power of 33 bytes, which no 32-bit number counts. */
 static void printWide(HMODULE dll) {
     void* (*convert)(const BITMAPINFOHEADER*, const unsigned char*);
     void* (*wavelet)(void*, const char*, int, int);
@@ -112,7 +112,7 @@ static void printWide(HMODULE dll) {
     image = convert(&header, pixels);
     printf("a picture of %d pixels: %s\n", kWide, image == NULL ? "null" : "a handle");
     printf("its square: %s\n",
-           wavelet(image, "SureShrink", 1, 0) == NULL ? "null" : "a handle");
+           wavelet(image, "Brownian", 1, 0) == NULL ? "null" : "a handle");
     free(pixels);
 }
 
