@@ -28,7 +28,7 @@ check() {
     fi
     failed=$((failed + 1))
     echo "windows $name: FAILED"
-    head -n 40 "$log"
+    tail -n 40 "$log"
     return 1
 }
 
