@@ -5,7 +5,7 @@
 #
 # Quiet but for failures; the last line is the count. The fresh Debian is a chroot by debootstrap,
 # from the archive that apt has; where no chroot can be made its checks are skipped. Everything
-# stays in build/packages.
+# stays in build/packages and build/package-check.
 set -uo pipefail
 
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
@@ -15,7 +15,8 @@ orv_need "${orv_run_packages[@]}" dpkg-dev file xz-utils lintian debootstrap
 work="$orv_root/build/packages"
 log="$work/check.log"
 fresh="$work/chroot"
-debs="$orv_root/build/package"
+# As deep below the root as other builds, so that their objects in the cache of compilers fit.
+debs="$orv_root/build/package-check"
 example=examples/c/restore_bmp.c
 photo=examples/photos/chelsea-noisy.png
 orv="$debs/tools/orv/orv"
@@ -61,10 +62,14 @@ clean() {
     rm -rf --one-file-system "$fresh" "$work/probe"
 }
 
-# The same flags as the release build, so that the cache of compilers has the objects.
+# The flags of the release build, for the same reason.
 build_packages() {
     rm -f "$debs"/*.deb
-    cmake --preset package -DORV_WERROR=ON && (orv_build package) && cpack --preset package
+    cmake --preset package -B "$debs" -DORV_WERROR=ON && cmake --build "$debs" && pack
+}
+
+pack() {
+    cpack --config "$debs/CPackConfig.cmake" -B "$debs"
 }
 
 three_packages() {
@@ -76,7 +81,7 @@ three_packages() {
 
 equal_twice() {
     sha256sum "$debs"/*.deb >"$work/first.sums"
-    cpack --preset package && sha256sum --check "$work/first.sums"
+    pack && sha256sum --check "$work/first.sums"
 }
 
 read_by_lintian() {
