@@ -9,7 +9,7 @@ orv_run_packages=(g++ cmake ninja-build pkg-config libvips-dev libcli11-dev
     nlohmann-json3-dev libxxhash-dev python3)
 orv_test_packages=("${orv_run_packages[@]}" libgtest-dev libeigen3-dev)
 orv_ci_packages=("${orv_test_packages[@]}" libbenchmark-dev ccache clang clang-format valgrind
-    imagemagick mandoc zsh fish)
+    imagemagick mandoc zsh fish abigail-tools)
 
 # Not empty after packages were installed.
 orv_reconfigure=
