@@ -111,8 +111,7 @@ static void printWide(HMODULE dll) {
     header.biBitCount = 24;
     image = convert(&header, pixels);
     printf("a picture of %d pixels: %s\n", kWide, image == NULL ? "null" : "a handle");
-    printf("its square: %s\n",
-           wavelet(image, "Brownian", 1, 0) == NULL ? "null" : "a handle");
+    printf("its square: %s\n", wavelet(image, "Brownian", 1, 0) == NULL ? "null" : "a handle");
     free(pixels);
 }
 
