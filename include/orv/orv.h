@@ -49,6 +49,9 @@
 
 /** @def ORV_EXPORT
  * Marks the functions of the shared library. */
+/** @def ORV_CALL
+ * The calling convention of the functions: `__cdecl` on Windows, nothing elsewhere. Pointers to
+ * them need it where a compiler option sets another one. */
 /** @def ORV_CALLBACK
  * The calling convention of a callback: `__stdcall` on Windows, nothing elsewhere. */
 #if defined(_WIN32)
@@ -57,9 +60,11 @@
 #else
 #define ORV_EXPORT __declspec(dllimport)
 #endif
+#define ORV_CALL __cdecl
 #define ORV_CALLBACK __stdcall
 #else
 #define ORV_EXPORT __attribute__((visibility("default")))
+#define ORV_CALL
 #define ORV_CALLBACK
 #endif
 
@@ -108,7 +113,7 @@ typedef void(ORV_CALLBACK* ORVCallBack)(int percent);
  * and the transfer of colours between two colour pictures.
  *
  * @param callback          the function to call; null turns reporting off */
-ORV_EXPORT void SetORVCallBack(ORVCallBack callback);
+ORV_EXPORT void ORV_CALL SetORVCallBack(ORVCallBack callback);
 
 /** @} */
 /** @name Images
@@ -125,19 +130,20 @@ ORV_EXPORT void SetORVCallBack(ORVCallBack callback);
  * - an argument is null;
  * - biBitCount is not 24;
  * - biWidth or biHeight is below 1, or the picture is too large for memory. */
-ORV_EXPORT void* ConvertORVImage(const BITMAPINFOHEADER* header, const unsigned char* pixels);
+ORV_EXPORT void* ORV_CALL ConvertORVImage(const BITMAPINFOHEADER* header,
+                                          const unsigned char* pixels);
 
 /** Frees an image and its pixels.
  *
  * @param image             a handle; null is ignored */
-ORV_EXPORT void DestroyORVImage(void* image);
+ORV_EXPORT void ORV_CALL DestroyORVImage(void* image);
 
 /** Writes the width and height of an image, in pixels. With any null argument nothing is written.
  *
  * @param image             a handle
  * @param width             where the width goes
  * @param height            where the height goes */
-ORV_EXPORT void GetORVImageInfo(void* image, int* width, int* height);
+ORV_EXPORT void ORV_CALL GetORVImageInfo(void* image, int* width, int* height);
 
 /** Gives access to the pixels of an image: height rows of 3 times width bytes without padding.
  *
@@ -145,7 +151,7 @@ ORV_EXPORT void GetORVImageInfo(void* image, int* width, int* height);
  *
  * @return the first byte, 32-byte aligned. The pixels belong to the image, may be written to, and
  * are valid until it is destroyed. Null for a null handle. */
-ORV_EXPORT unsigned char* GetORVImageData(void* image);
+ORV_EXPORT unsigned char* ORV_CALL GetORVImageData(void* image);
 
 /** @} */
 /** @name Diffusion
@@ -190,10 +196,10 @@ ORV_EXPORT unsigned char* GetORVImageData(void* image);
  * - the pixels are more than an int counts with "2DSemi" or "2DImplicit";
  * - cflSubsteps is not 0, the scheme splits its steps, and tau asks for more steps than an int
  *   holds. */
-ORV_EXPORT void* ORVFastRestoration(void* image, const char* scheme, int solverId,
-                                    int iterations, double tau, int solverIterations,
-                                    double sigma, double contrast, const char* flow,
-                                    int gradientNormId, int cflSubsteps);
+ORV_EXPORT void* ORV_CALL ORVFastRestoration(void* image, const char* scheme, int solverId,
+                                             int iterations, double tau, int solverIterations,
+                                             double sigma, double contrast, const char* flow,
+                                             int gradientNormId, int cflSubsteps);
 
 /** Nonlinear diffusion that is drawn back toward the source, for removing noise.
  *
@@ -215,10 +221,11 @@ ORV_EXPORT void* ORVFastRestoration(void* image, const char* scheme, int solverI
  *
  * @return a new handle with the size of the source, or null for the reasons of ORVFastRestoration;
  * the last of them, a tau that asks for too many steps, holds whatever cflSubsteps is. */
-ORV_EXPORT void* ORVFastDenoiser(void* image, const char* scheme, int solverId, int iterations,
-                                 double tau, int solverIterations, double sigma,
-                                 double contrast, double fidelity, const char* flow,
-                                 int gradientNormId, int cflSubsteps);
+ORV_EXPORT void* ORV_CALL ORVFastDenoiser(void* image, const char* scheme, int solverId,
+                                          int iterations, double tau, int solverIterations,
+                                          double sigma, double contrast, double fidelity,
+                                          const char* flow, int gradientNormId,
+                                          int cflSubsteps);
 
 /** Deblurring and denoising by additive operator splitting with a data term.
  *
@@ -244,9 +251,9 @@ ORV_EXPORT void* ORVFastDenoiser(void* image, const char* scheme, int solverId, 
  *
  * @return a new handle with the size of the source, or null when image is null, or the width or the
  * height is below 6. */
-ORV_EXPORT void* ORVIFAosBarashOp(void* image, int iterations, int kernel, double tau,
-                                  double lambda, double sigma, double edgeContrast,
-                                  bool keepObserved, bool colorPath);
+ORV_EXPORT void* ORV_CALL ORVIFAosBarashOp(void* image, int iterations, int kernel, double tau,
+                                           double lambda, double sigma, double edgeContrast,
+                                           bool keepObserved, bool colorPath);
 
 /** @} */
 /** @name Filters
@@ -263,7 +270,7 @@ ORV_EXPORT void* ORVIFAosBarashOp(void* image, int iterations, int kernel, doubl
  *
  * @return a new handle with the size of the source, or null when image is null, or the width or the
  * height is below 3. */
-ORV_EXPORT void* ORVIFVanVieltBlurringIirOp(void* image, double sigma);
+ORV_EXPORT void* ORV_CALL ORVIFVanVieltBlurringIirOp(void* image, double sigma);
 
 /** Homomorphic filter: parts a picture into illumination, which is its logarithm blurred with a
  * standard deviation of 8 pixels, and reflectance.
@@ -281,7 +288,7 @@ ORV_EXPORT void* ORVIFVanVieltBlurringIirOp(void* image, double sigma);
  *
  * @return a new handle with the size of the source, or null when image is null, or the width or the
  * height is below 3. */
-ORV_EXPORT void* ORVIHomomorphicOp(void* image, double gamma, int mode);
+ORV_EXPORT void* ORV_CALL ORVIHomomorphicOp(void* image, double gamma, int mode);
 
 /** Variational Retinex: estimates the illumination over a pyramid and takes its power out.
  *
@@ -294,7 +301,8 @@ ORV_EXPORT void* ORVIHomomorphicOp(void* image, double gamma, int mode);
  * @return a new handle with the size of the source, or null when
  * - image is null or gamma is 0;
  * - levels is below 1, or so many that the coarsest level would be empty. */
-ORV_EXPORT void* ORVRetinex(void* image, double gamma, double alpha, double beta, int levels);
+ORV_EXPORT void* ORV_CALL ORVRetinex(void* image, double gamma, double alpha, double beta,
+                                     int levels);
 
 /** Shock filter: sharpens by moving grey levels away from the places where the second derivative
  * along the gradient changes its sign.
@@ -309,7 +317,7 @@ ORV_EXPORT void* ORVRetinex(void* image, double gamma, double alpha, double beta
  * @param timeStep          length of a step; from about 0.7 on results flicker
  *
  * @return a new handle with the size of the source, or null when image is null. */
-ORV_EXPORT void* ORVIShockOp(void* image, int method, int iterations, double timeStep);
+ORV_EXPORT void* ORV_CALL ORVIShockOp(void* image, int method, int iterations, double timeStep);
 
 /** SUSAN smoothing: each sample becomes the mean of its neighbours in a disc, weighted by distance
  * and by difference in brightness. The sample itself has no weight.
@@ -323,8 +331,8 @@ ORV_EXPORT void* ORVIShockOp(void* image, int method, int iterations, double tim
  * @param sigma             spatial scale of the weights, pixels
  *
  * @return a new handle with the size of the source, or null when image is null. */
-ORV_EXPORT void* ORVISusanRestoration(void* image, int iterations, double threshold,
-                                      double sigma);
+ORV_EXPORT void* ORV_CALL ORVISusanRestoration(void* image, int iterations, double threshold,
+                                               double sigma);
 
 /** @} */
 /** @name Wavelets
@@ -350,8 +358,8 @@ ORV_EXPORT void* ORVISusanRestoration(void* image, int iterations, double thresh
  *
  * @return a new handle with the size of the source, or null when image or algorithm is null, or
  * wavelet is outside 0 to 5. */
-ORV_EXPORT void* ORVWaveletDenoising(void* image, const char* algorithm, int levels,
-                                     int wavelet);
+ORV_EXPORT void* ORV_CALL ORVWaveletDenoising(void* image, const char* algorithm, int levels,
+                                              int wavelet);
 
 /** @} */
 /** @name Colours
@@ -367,7 +375,7 @@ ORV_EXPORT void* ORVWaveletDenoising(void* image, const char* algorithm, int lev
  * @param style             the picture whose colours it takes, of any size
  *
  * @return a new handle with the size of source, or null when either handle is null. */
-ORV_EXPORT void* ORVISimpleColorTranfer(void* source, void* style);
+ORV_EXPORT void* ORV_CALL ORVISimpleColorTranfer(void* source, void* style);
 
 /** Gives a grey picture the colours of another one: each pixel takes the colour of the swatch of
  * colour whose brightness and contrast are nearest to its surroundings.
@@ -381,7 +389,7 @@ ORV_EXPORT void* ORVISimpleColorTranfer(void* source, void* style);
  *
  * @return a new handle with the size of grey, or null when either handle is null, or the width or
  * the height of colour is below 11. */
-ORV_EXPORT void* ORVIColorToGreyTranfertOp(void* grey, void* colour);
+ORV_EXPORT void* ORV_CALL ORVIColorToGreyTranfertOp(void* grey, void* colour);
 
 /** @} */
 
