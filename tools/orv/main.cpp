@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -14,6 +12,8 @@
 #include "help/help_text.h"
 #include "memory/memory_limit.h"
 #include "options/verb.h"
+#include "system/console.h"
+#include "system/file_system.h"
 #include "terminal/messages.h"
 #include "terminal/shell_text.h"
 
@@ -30,9 +30,7 @@ ExitCode unknownVerb(const std::string& word) {
 }
 
 bool looksLikePicture(const std::string& word) {
-    struct stat status {};
-    return orv::cli::formatOfName(word) != nullptr ||
-           (stat(word.c_str(), &status) == 0 && S_ISREG(status.st_mode));
+    return orv::cli::formatOfName(word) != nullptr || orv::cli::isRegularFile(word);
 }
 
 ExitCode dispatch(const Words& all) {
@@ -84,7 +82,7 @@ int main(int argc, char** argv) {
     orv::cli::returnFreedMemory();
     ExitCode code = ExitCode::Refused;
     try {
-        code = dispatch(Words(argv + 1, argv + argc));
+        code = dispatch(orv::cli::startProgram(argc, argv));
     } catch (const std::bad_alloc&) {
         code = orv::cli::fail(ExitCode::Memory, "not enough memory for this picture");
     } catch (const std::exception& problem) {

@@ -34,7 +34,7 @@ TEST(OutputNames, StandBesideThePicture) {
 }
 
 TEST(OutputNames, TakeAnEndingThatCanBeWritten) {
-    const std::string usual = haveVips() ? ".png" : ".bmp";
+    const std::string usual = haveLibrary() ? ".png" : ".bmp";
 
     EXPECT_EQ(outputBeside("a/b"), "a/b.restored" + usual);
     EXPECT_EQ(outputBeside("photo.dat"), "photo.restored" + usual);

@@ -11,8 +11,8 @@ namespace {
 
 /// The formats that this build writes, by the words for them.
 std::vector<std::string> words() {
-    return haveVips() ? std::vector<std::string>{"bmp", "ppm", "png", "jpg", "tif", "webp"}
-                      : std::vector<std::string>{"bmp", "ppm"};
+    return haveLibrary() ? std::vector<std::string>{"bmp", "ppm", "png", "jpg", "tif", "webp"}
+                         : std::vector<std::string>{"bmp", "ppm"};
 }
 
 PictureSource inMemory(const Picture& picture, const WriteSettings& settings) {
@@ -103,7 +103,7 @@ TEST(PictureFiles, AreTheSameBytesTurnAfterTurn) {
 }
 
 TEST(PictureFiles, FollowTheQuality) {
-    if (!haveVips()) {
+    if (!haveLibrary()) {
         GTEST_SKIP() << "without libvips";
     }
     const Picture picture = noisePicture(64, 64, 3);
@@ -183,7 +183,7 @@ TEST(ScaleDown, LeavesASmallPictureAlone) {
 }
 
 TEST(ScaleDown, WithoutTheLibrarySaysSo) {
-    if (haveVips()) {
+    if (haveLibrary()) {
         GTEST_SKIP() << "with libvips";
     }
     Picture picture = noisePicture(40, 30, 3);
@@ -195,7 +195,7 @@ TEST(ScaleDown, WithoutTheLibrarySaysSo) {
 class ScalesDown : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!haveVips()) {
+        if (!haveLibrary()) {
             GTEST_SKIP() << "without libvips";
         }
     }

@@ -1,72 +1,37 @@
 #include "batch/batch_folder.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
+
+#include "files/path_names.h"
+#include "system/file_system.h"
 
 namespace orv::cli {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-/// Makes a folder and those above it.
-///
-/// Fails:   with the system's reason.
-std::string makeFolders(const std::string& folder) {
-    std::error_code error;
-    fs::create_directories(folder, error);
-    return error ? error.message() : std::string();
-}
-
 std::string folderOf(const std::string& path) {
     return path.substr(0, path.find_last_of('/'));
 }
 
-/// Gives a file a name that is free.
-///
-/// Fails:   with the errno; 0 means success.
-int renameToFree(const std::string& from, const std::string& to) {
-    if (link(from.c_str(), to.c_str()) == 0) {
-        unlink(from.c_str());
-        return 0;
-    }
-    if (errno == EEXIST) {
-        return EEXIST;
-    }
-    // Some file systems have no second names; there a gap remains between look and rename.
-    struct stat status {};
-    if (lstat(to.c_str(), &status) == 0) {
-        return EEXIST;
-    }
-    return std::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
-}
-
 /// Replaces what stands at the place of a result; a link stays one, and permissions stay.
 ///
-/// Fails:   with the errno; 0 means success.
-int renameOver(const std::string& from, const std::string& to) {
-    struct stat status {};
-    std::string target = to;
-    if (stat(to.c_str(), &status) == 0) {
-        if (!S_ISREG(status.st_mode)) {
-            return S_ISDIR(status.st_mode) ? EISDIR : EEXIST;
+/// Fails:   false, with errno.
+bool renameOver(const std::string& from, const std::string& to) {
+    FileState state;
+    std::string target;
+    if (readState(to, state)) {
+        if (state.kind != FileKind::Regular) {
+            errno = state.kind == FileKind::Folder ? EISDIR : EEXIST;
+            return false;
         }
-        if (access(to.c_str(), W_OK) != 0) {
-            return errno;
+        if (!isWritable(to)) {
+            return false;
         }
-        chmod(from.c_str(), status.st_mode & 0777);
-        std::error_code error;
-        const fs::path resolved = fs::canonical(to, error);
-        target = error ? to : resolved.string();
+        setPermissions(from, state.mode);
+        target = resolvedPath(to);
     }
-    return std::rename(from.c_str(), target.c_str()) == 0 ? 0 : errno;
+    return replaceFile(from, target.empty() ? to : target);
 }
 
 }  // namespace
@@ -80,35 +45,27 @@ std::string BatchFolder::open(const std::string& folder) {
     while (name.size() > 1 && name.back() == '/') {
         name.pop_back();
     }
-    struct stat status {};
-    const bool there = stat(name.c_str(), &status) == 0;
-    if (there && !S_ISDIR(status.st_mode)) {
+    const bool there = leadsSomewhere(name);
+    if (there && !isFolder(name)) {
         return name + ": is a file, and -o names the folder that results go into";
     }
-    const std::string reason = makeFolders(name + "/" + kRecords);
-    if (!reason.empty()) {
-        return name + ": can't be written: " + reason;
+    if (!makeFolders(name + "/" + kRecords)) {
+        return name + ": can't be written: " + std::strerror(errno);
     }
-    lock_ = ::open((name + "/" + kRecords).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (lock_ >= 0 && flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        ::close(lock_);
-        lock_ = -1;
+    if (!lock_.take(name + "/" + kRecords)) {
         return name + ": another batch writes into this folder; wait for it or take another -o";
     }
     folder_ = name;
     made_ = !there;
-    std::error_code error;
-    fs::remove_all(work(), error);
-    fs::create_directory(work(), error);
-    return error ? name + ": can't be written: " + error.message() : std::string();
+    removeTree(work());
+    return makeFolders(work()) ? std::string()
+                               : name + ": can't be written: " + std::strerror(errno);
 }
 
 std::string BatchFolder::emptySlot(int slot) const {
     const std::string name = work() + "/" + std::to_string(slot);
-    std::error_code error;
-    fs::remove_all(name, error);
-    fs::create_directory(name, error);
-    return error ? std::string() : name + "/";
+    removeTree(name);
+    return makeFolders(name) ? name + "/" : std::string();
 }
 
 std::string BatchFolder::sharedFile(const std::string& name) const {
@@ -122,20 +79,18 @@ std::string BatchFolder::failureList() const {
 std::string BatchFolder::publish(const std::string& staged, const std::string& stagedRecipe,
                                  const BatchFile& file, bool overwrite) const {
     for (const std::string& path : {file.recipe, file.output}) {
-        const std::string reason = makeFolders(folderOf(path));
-        if (!reason.empty()) {
-            return folderOf(path) + ": can't be made: " + reason;
+        if (!makeFolders(folderOf(path))) {
+            return folderOf(path) + ": can't be made: " + std::strerror(errno);
         }
     }
-    if (std::rename(stagedRecipe.c_str(), file.recipe.c_str()) != 0) {
+    if (!replaceFile(stagedRecipe, file.recipe)) {
         return file.recipe + ": can't be written: " + std::strerror(errno);
     }
-    const int error =
-        overwrite ? renameOver(staged, file.output) : renameToFree(staged, file.output);
-    if (error == 0) {
+    if (overwrite ? renameOver(staged, file.output) : renameToFree(staged, file.output)) {
         return {};
     }
-    unlink(file.recipe.c_str());
+    const int error = errno;
+    removeFile(file.recipe);
     return file.output + (error == EEXIST
                               ? ": exists already; --force overwrites it"
                               : std::string(": can't be written: ") + std::strerror(error));
@@ -145,14 +100,12 @@ void BatchFolder::close() {
     if (folder_.empty()) {
         return;
     }
-    std::error_code error;
-    fs::remove_all(work(), error);
-    rmdir(records().c_str());
+    removeTree(work());
+    removeFolder(records());
     if (made_) {
-        rmdir(folder_.c_str());
+        removeFolder(folder_);
     }
-    ::close(lock_);
-    lock_ = -1;
+    lock_.release();
     folder_.clear();
 }
 

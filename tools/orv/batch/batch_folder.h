@@ -3,6 +3,7 @@
 #include <string>
 
 #include "batch/batch_plan.h"
+#include "system/folder_lock.h"
 
 namespace orv::cli {
 
@@ -58,7 +59,7 @@ class BatchFolder {
 
     std::string folder_;  // empty when not open
     bool made_ = false;   // whether this batch made it
-    int lock_ = -1;
+    FolderLock lock_;
 };
 
 }  // namespace orv::cli

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <iterator>
-#include <thread>
 #include <utility>
 
 #include "batch/batch_options.h"
@@ -15,6 +14,7 @@
 #include "options/common_options.h"
 #include "pipeline/job_options.h"
 #include "recipe/presets.h"
+#include "system/console.h"
 #include "terminal/messages.h"
 #include "terminal/shell_text.h"
 
@@ -115,8 +115,7 @@ std::string readOwn(const CommandLine& line, BatchOrder& order) {
     order.include = listed(line.text("include"));
     order.name = line.text("name");
     order.report = line.text("report");
-    order.jobs =
-        std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+    order.jobs = std::clamp(processorCount(), 1, kMostJobs);
     if (line.given("recipe")) {
         return "--recipe: a batch writes a recipe for each picture, into .orv in the folder of "
                "the results; leave it out";

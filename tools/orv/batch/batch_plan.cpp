@@ -1,7 +1,5 @@
 #include "batch/batch_plan.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <utility>
@@ -10,6 +8,8 @@
 #include "batch/finished_work.h"
 #include "files/input_files.h"
 #include "files/output_names.h"
+#include "system/file_system.h"
+#include "system/standard_path.h"
 
 namespace orv::cli {
 
@@ -93,14 +93,9 @@ std::string recipeOf(const std::string& folder, const std::string& output) {
     return folder + gap + BatchFolder::kRecords + "/" + output.substr(start) + ".json";
 }
 
-bool exists(const std::string& path) {
-    struct stat status {};
-    return lstat(path.c_str(), &status) == 0;
-}
-
 /// Refuses a folder that holds results, when nothing says what is to become of them.
 Failure refuseExisting(const BatchOrder& order, const BatchPlan& plan) {
-    const auto stands = [](const BatchFile& file) { return exists(file.output); };
+    const auto stands = [](const BatchFile& file) { return isTaken(file.output); };
     const auto count = std::count_if(plan.files.begin(), plan.files.end(), stands);
     if (order.resume || order.force || count == 0) {
         return {};
@@ -123,14 +118,15 @@ int BatchPlan::count(BatchStatus status) const {
 
 std::string realPlace(const std::string& path) {
     std::error_code error;
-    const std::filesystem::path place = std::filesystem::weakly_canonical(path, error);
-    std::string text = error ? path : place.string();
+    const std::filesystem::path place =
+        std::filesystem::weakly_canonical(standardPath(path), error);
+    std::string text = error ? path : pathText(place);
     while (text.size() > 1 && text.back() == '/') {
         text.pop_back();
     }
     // What doesn't exist yet keeps a path that isn't absolute.
-    if (!error && !text.empty() && text[0] != '/') {
-        text = (std::filesystem::current_path(error) / text).string();
+    if (!error && !text.empty() && standardPath(text).is_relative()) {
+        text = pathText(std::filesystem::current_path(error) / standardPath(text));
     }
     return text;
 }

@@ -1,7 +1,5 @@
 #include "batch/batch_report.h"
 
-#include <sys/stat.h>
-
 #include <array>
 #include <filesystem>
 #include <map>
@@ -12,6 +10,8 @@
 #include "batch/thumbnail_set.h"
 #include "compare/comparison_page.h"
 #include "files/output_file.h"
+#include "system/file_system.h"
+#include "system/standard_path.h"
 #include "terminal/messages.h"
 #include "terminal/utf8_text.h"
 
@@ -27,7 +27,7 @@ class ReportWriter {
     ReportWriter(const BatchOrder& order, const BatchPlan& plan, Thumbnails thumbnails)
         : plan_(plan),
           thumbnails_(std::move(thumbnails)),
-          place_(std::filesystem::path(realPlace(order.report)).parent_path()) {}
+          place_(standardPath(realPlace(order.report)).parent_path()) {}
 
     std::string tiles(double seconds) const {
         std::string text;
@@ -110,8 +110,8 @@ class ReportWriter {
     }
 
     std::string address(const std::string& path) const {
-        const std::filesystem::path there(realPlace(path));
-        return htmlText(linkText(there.lexically_proximate(place_).string()));
+        const std::filesystem::path there = standardPath(realPlace(path));
+        return htmlText(linkText(pathText(there.lexically_proximate(place_))));
     }
 
     std::string link(const std::string& path, const std::string& shown) const {
@@ -205,9 +205,7 @@ std::string linkText(std::string_view path) {
 }
 
 std::string reportRefusal(const BatchOrder& order) {
-    struct stat status {};
-    if (order.report.empty() || order.force || order.resume ||
-        stat(order.report.c_str(), &status) != 0) {
+    if (order.report.empty() || order.force || order.resume || !leadsSomewhere(order.report)) {
         return {};
     }
     return order.report + ": exists already; --force overwrites it";

@@ -1,37 +1,31 @@
 #include "batch/file_stamp.h"
 
-#include <sys/stat.h>
-
 #include <array>
+#include <chrono>
+#include <cstdint>
 #include <cstdio>
-#include <ctime>
+
+#include "system/file_system.h"
 
 namespace orv::cli {
 
-namespace {
-
-long nanoseconds(const struct stat& status) {
-#ifdef __APPLE__
-    return status.st_mtimespec.tv_nsec;
-#else
-    return status.st_mtim.tv_nsec;
-#endif
-}
-
-}  // namespace
-
 bool readStamp(const std::string& path, FileStamp& stamp) {
-    struct stat status {};
-    struct tm time {};
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        gmtime_r(&status.st_mtime, &time) == nullptr) {
+    FileState state;
+    if (!readState(path, state) || state.kind != FileKind::Regular) {
         return false;
     }
-    std::array<char, 40> day{};
-    std::array<char, 60> text{};
-    std::strftime(day.data(), day.size(), "%Y-%m-%dT%H:%M:%S", &time);
-    std::snprintf(text.data(), text.size(), "%s.%09ldZ", day.data(), nanoseconds(status));
-    stamp.bytes = static_cast<double>(status.st_size);
+    namespace time = std::chrono;
+    const time::sys_seconds changed{time::seconds(state.seconds)};
+    const auto midnight = time::floor<time::days>(changed);
+    const time::year_month_day day(midnight);
+    const time::hh_mm_ss clock(changed - midnight);
+    std::array<char, 80> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%09ldZ",
+                  static_cast<int>(day.year()), static_cast<unsigned>(day.month()),
+                  static_cast<unsigned>(day.day()), static_cast<int>(clock.hours().count()),
+                  static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()), state.nanoseconds);
+    stamp.bytes = state.bytes;
     stamp.modified = text.data();
     return true;
 }

@@ -1,9 +1,8 @@
 #include "batch/finished_work.h"
 
-#include <sys/stat.h>
-
 #include "files/output_file.h"
 #include "recipe/recipe.h"
+#include "system/file_system.h"
 
 namespace orv::cli {
 
@@ -21,8 +20,7 @@ void note(const FileStamp& stamp, PictureFacts& facts) {
 }  // namespace
 
 Finished finishedWork(const BatchFile& file, const std::string& request, std::string& reason) {
-    struct stat status {};
-    if (lstat(file.output.c_str(), &status) != 0) {
+    if (!isTaken(file.output)) {
         return Finished::Nothing;
     }
     FileStamp stamp;

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <signal.h>
-
-#include <array>
-
 namespace orv::cli {
 
-/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that work can be ended in order.
+/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that work can be ended in order. On Windows
+/// it takes what a console asks for.
 ///
 /// A signal that is ignored, as under nohup, stays so. One at a time.
 class StopSignal {
@@ -17,13 +14,13 @@ class StopSignal {
     StopSignal(const StopSignal&) = delete;
     StopSignal& operator=(const StopSignal&) = delete;
 
-    /// What to poll for reading: something is there once a signal came.
+    /// What to poll for reading: something is there once a signal came. -1 on Windows.
     int descriptor() const;
     /// The signal that came first, or 0.
     int received() const;
 
-  private:
-    std::array<struct sigaction, 3> before_{};
+    /// Ends this process as that signal does. Call it when no StopSignal lives.
+    static void endBy(int signal);
 };
 
 }  // namespace orv::cli

@@ -5,10 +5,11 @@
 
 namespace orv::cli {
 
-/// A small upright JPEG of a picture file, in sRGB, no side longer than `side` pixels.
+/// A small upright JPEG of a picture file, no side longer than `side` pixels.
 ///
-/// Fails:   false, so without libvips.
-/// Cost:    JPEG and WebP are decoded at a fraction of their size.
+/// Fails:   false, so without a library.
+/// Colours: sRGB by libvips, with the profile of the picture elsewhere.
+/// Cost:    by libvips JPEG and WebP are decoded at a fraction of their size.
 bool makeThumbnail(const std::string& path, int side, std::vector<unsigned char>& jpeg);
 
 }  // namespace orv::cli

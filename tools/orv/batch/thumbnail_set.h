@@ -17,7 +17,7 @@ struct ThumbnailPair {
 };
 
 /// Makes thumbnails of pictures and their results, in processes of their own: should one crash
-/// over a file, the others stay.
+/// over a file, the others stay. On Windows this process makes them.
 ///
 /// Shapes:  `files` are numbers of pictures of the plan.
 /// Stops:   when a signal comes.

@@ -1,17 +1,14 @@
 #include "batch/worker_pool.h"
 
-#include <poll.h>
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <utility>
 
 #include "batch/finished_work.h"
 #include "files/output_file.h"
 #include "recipe/json_value.h"
+#include "system/file_system.h"
 #include "terminal/messages.h"
 
 namespace orv::cli {
@@ -40,25 +37,24 @@ std::string endingOf(const std::string& path) {
 }
 
 /// Why a worker that wasn't done ended.
-std::string endOf(int status, const std::string& error) {
-    if (WIFSIGNALED(status)) {
-        const int signal = WTERMSIG(status);
-        return signal == SIGKILL
+std::string reasonOf(const ProcessEnd& end, const std::string& error) {
+    if (!end.exited) {
+        return end.killed
                    ? "its worker was killed, perhaps for want of memory; fewer --jobs need less"
-                   : std::string("its worker crashed (") + strsignal(signal) + ")";
+                   : "its worker crashed (" + end.crash + ")";
     }
-    return error.empty() ? "its worker ended with exit code " +
-                               std::to_string(WEXITSTATUS(status)) + " and said nothing"
+    return error.empty() ? "its worker ended with exit code " + std::to_string(end.code) +
+                               " and said nothing"
                          : error;
 }
 
-bool endedWith(int status, ExitCode code) {
-    return WIFEXITED(status) && WEXITSTATUS(status) == static_cast<int>(code);
+bool endedWith(const ProcessEnd& end, ExitCode code) {
+    return end.exited && end.code == static_cast<int>(code);
 }
 
 /// Adds to a list. Failures show on the terminal as well, so one that fails costs nothing.
 void addText(const std::string& path, const std::string& text) {
-    std::FILE* const file = std::fopen(path.c_str(), "ab");
+    std::FILE* const file = openFile(path, "ab");
     if (file != nullptr) {
         std::fwrite(text.data(), 1, text.size(), file);
         std::fclose(file);
@@ -75,7 +71,7 @@ WorkerPool::WorkerPool(const BatchOrder& order, BatchPlan& plan, const BatchFold
     if (!order.recipe.empty()) {
         writeText(folder.sharedFile(std::string(kRecipeCopy)), order.recipe);
     }
-    std::remove(folder.failureList().c_str());
+    removeFile(folder.failureList());
     for (std::size_t i = 0; i < plan.files.size(); ++i) {
         if (plan.files[i].status == BatchStatus::Waiting) {
             waiting_.push_back(i);
@@ -86,13 +82,12 @@ WorkerPool::WorkerPool(const BatchOrder& order, BatchPlan& plan, const BatchFold
 }
 
 Failure WorkerPool::run() {
-    std::vector<bool> ready;
     while (stop_.received() == 0 && !wrongCommand_) {
         startWaiting();
         if (workers_.empty() && waiting_.empty() && large_.empty()) {
             break;
         }
-        waitForNews(ready);
+        const std::vector<bool> ready = waitForNews();
         for (std::size_t i = 0; i < ready.size() && stop_.received() == 0; ++i) {
             std::vector<std::string> lines;
             const bool open = !ready[i] || workers_[i].process.read(lines);
@@ -100,15 +95,14 @@ Failure WorkerPool::run() {
                 hear(workers_[i], line);
             }
             if (!open) {
-                const int status = workers_[i].process.wait();
-                settle(workers_[i], status);
+                const ProcessEnd end = workers_[i].process.wait();
+                settle(workers_[i], end);
             }
         }
-        workers_.erase(std::remove_if(workers_.begin(), workers_.end(),
-                                      [](const Worker& worker) {
-                                          return worker.process.descriptor() < 0;
-                                      }),
-                       workers_.end());
+        workers_.erase(
+            std::remove_if(workers_.begin(), workers_.end(),
+                           [](const Worker& worker) { return !worker.process.running(); }),
+            workers_.end());
         progress_.show();
     }
     workers_.clear();
@@ -190,21 +184,16 @@ std::string WorkerPool::memoryOption(bool alone) const {
     return "--max-memory=" + std::to_string(static_cast<long long>(share));
 }
 
-void WorkerPool::waitForNews(std::vector<bool>& ready) {
-    std::vector<pollfd> places;
+std::vector<bool> WorkerPool::waitForNews() const {
+    std::vector<const WorkerProcess*> processes;
     for (const Worker& worker : workers_) {
-        places.push_back({worker.process.descriptor(), POLLIN, 0});
+        processes.push_back(&worker.process);
     }
-    places.push_back({stop_.descriptor(), POLLIN, 0});
     const double interval = progress_.interval();
     const int wait = workers_.empty() ? 0
                      : interval < 0.0 ? -1
                                       : static_cast<int>(interval * 1000.0);
-    const int count = poll(places.data(), places.size(), wait);
-    ready.assign(workers_.size(), false);
-    for (std::size_t i = 0; count > 0 && i < workers_.size(); ++i) {
-        ready[i] = places[i].revents != 0;
-    }
+    return WorkerProcess::waitForNews(processes, stop_, wait);
 }
 
 void WorkerPool::hear(Worker& worker, const std::string& line) {
@@ -237,18 +226,18 @@ void WorkerPool::hear(Worker& worker, const std::string& line) {
     }
 }
 
-void WorkerPool::settle(Worker& worker, int status) {
+void WorkerPool::settle(Worker& worker, const ProcessEnd& end) {
     plan_.files[worker.file].seconds = progress_.seconds() - worker.started;
-    if (endedWith(status, ExitCode::Done)) {
+    if (endedWith(end, ExitCode::Done)) {
         publish(worker);
-    } else if (endedWith(status, ExitCode::Usage)) {
+    } else if (endedWith(end, ExitCode::Usage)) {
         wrongCommand_ = {ExitCode::Usage, worker.error};
-    } else if (endedWith(status, ExitCode::Memory) && !worker.alone) {
+    } else if (endedWith(end, ExitCode::Memory) && !worker.alone) {
         plan_.files[worker.file].status = BatchStatus::Waiting;
         large_.push_back(worker.file);
         progress_.postponed(worker.file);
     } else {
-        finish(worker.file, endOf(status, worker.error));
+        finish(worker.file, reasonOf(end, worker.error));
     }
 }
 

@@ -44,9 +44,9 @@ class WorkerPool {
     void start(std::size_t file, bool alone);
     Words wordsFor(const Worker& worker) const;
     std::string memoryOption(bool alone) const;
-    void waitForNews(std::vector<bool>& ready);
+    std::vector<bool> waitForNews() const;
     void hear(Worker& worker, const std::string& line);
-    void settle(Worker& worker, int status);
+    void settle(Worker& worker, const ProcessEnd& end);
     void publish(Worker& worker);
     void finish(std::size_t file, std::string reason);
     void noteFailure(const BatchFile& file);

@@ -1,4 +1,3 @@
-#include <csignal>
 #include <cstdio>
 #include <string>
 
@@ -25,7 +24,7 @@ ExitCode endBySignal(int signal, const BatchPlan& plan) {
          std::to_string(plan.files.size()) + " pictures are done; --resume does the rest\n")
             .c_str(),
         stderr);
-    std::raise(signal);
+    StopSignal::endBy(signal);
     return ExitCode::SomeFailed;
 }
 

@@ -1,13 +1,12 @@
 #include "commands/chain.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 #include "methods/suggestion.h"
 #include "pipeline/job_options.h"
+#include "system/file_system.h"
 
 namespace orv::cli {
 
@@ -30,9 +29,8 @@ std::vector<Words> parts(const Words& words) {
 /// is.
 std::string gluedComma(const Words& words) {
     for (const std::string& word : words) {
-        struct stat status {};
         if (word.size() < 2 || (word.front() != ',' && word.back() != ',') ||
-            stat(word.c_str(), &status) == 0) {
+            leadsSomewhere(word)) {
             continue;
         }
         const std::string apart = word.front() == ',' ? ", " + word.substr(1)

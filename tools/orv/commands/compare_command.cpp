@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <string>
 
 #include "commands/commands.h"
@@ -10,6 +8,7 @@
 #include "help/help_text.h"
 #include "options/command_line.h"
 #include "pipeline/job_options.h"
+#include "system/file_system.h"
 #include "terminal/interruption.h"
 #include "terminal/messages.h"
 #include "terminal/progress_bar.h"
@@ -21,10 +20,7 @@ namespace {
 
 /// "out.html: 5.2 MB"
 std::string writtenLine(const std::string& path) {
-    struct stat status {};
-    const double bytes =
-        stat(path.c_str(), &status) == 0 ? static_cast<double>(status.st_size) : 0.0;
-    return printable(path) + ": " + sizeText(bytes) + "\n";
+    return printable(path) + ": " + sizeText(fileBytes(path)) + "\n";
 }
 
 /// What the command line asks for.

@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <span>
 #include <string>
@@ -12,6 +10,7 @@
 #include "pipeline/file_plan.h"
 #include "pipeline/job_options.h"
 #include "recipe/presets.h"
+#include "system/file_system.h"
 #include "terminal/messages.h"
 #include "terminal/shell_text.h"
 
@@ -21,9 +20,8 @@ namespace {
 
 /// Whether a word that names no file names a preset.
 bool looksLikePreset(const std::string& word) {
-    struct stat status {};
     const std::span<const Preset> all = presets();
-    return stat(word.c_str(), &status) != 0 &&
+    return !leadsSomewhere(word) &&
            std::any_of(all.begin(), all.end(),
                        [&](const Preset& preset) { return preset.name == word; });
 }

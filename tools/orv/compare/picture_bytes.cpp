@@ -5,7 +5,7 @@ namespace orv::cli {
 namespace {
 
 Format formatOf(PageCoding coding) {
-    if (!haveVips()) {
+    if (!haveLibrary()) {
         return Format::Bmp;
     }
     return coding == PageCoding::Photo ? Format::Jpeg : Format::Png;
@@ -14,7 +14,7 @@ Format formatOf(PageCoding coding) {
 }  // namespace
 
 bool havePhotoCoding() {
-    return haveVips();
+    return haveLibrary();
 }
 
 std::string pageType(PageCoding coding) {

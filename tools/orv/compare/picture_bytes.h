@@ -9,11 +9,11 @@ namespace orv::cli {
 
 /// How a picture goes into a page.
 enum class PageCoding {
-    Lossless,  ///< PNG; BMP without libvips
+    Lossless,  ///< PNG; BMP without a library
     Photo,     ///< JPEG of quality 92 with full colour resolution
 };
 
-/// Whether this build can code photos; without libvips it can't.
+/// Whether this build can code photos; without a library it can't.
 bool havePhotoCoding();
 
 /// The type of what encodeForPage() gives, such as "image/png".

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <memory>
 
+#include "system/file_system.h"
+
 namespace orv::cli {
 
 namespace {
@@ -207,7 +209,7 @@ class Reader {
   public:
     explicit Reader(const PictureSource& source)
         : source_(source),
-          file_(source.inMemory ? nullptr : std::fopen(source.name.c_str(), "rb"), close) {}
+          file_(source.inMemory ? nullptr : openFile(source.name, "rb"), close) {}
 
     /// Whether there are so many bytes at a place; they are then in `bytes`.
     bool read(std::size_t at, std::size_t count, Bytes& bytes) {
@@ -266,6 +268,30 @@ void putXmpIntoPng(std::string_view packet, std::vector<unsigned char>& file) {
     std::string body("XML:com.adobe.xmp\0\0\0\0\0"sv);
     body += packet;
     insertChunk(file, removeChunk(file, "IDAT"), "iTXt", body);
+}
+
+void putProfileIntoPng(std::string_view profile, std::vector<unsigned char>& file) {
+    using std::string_view_literals::operator""sv;
+    constexpr std::size_t kMostStored = 65535;
+    Bytes body;
+    putText(body, "ICC profile\0\0\x78\x01"sv);
+    std::uint32_t low = 1;
+    std::uint32_t high = 0;
+    for (const char c : profile) {
+        low = (low + static_cast<unsigned char>(c)) % 65521u;
+        high = (high + low) % 65521u;
+    }
+    for (std::string_view rest = profile; !rest.empty();) {
+        const std::string_view part = rest.substr(0, kMostStored);
+        rest.remove_prefix(part.size());
+        body.push_back(rest.empty() ? 1 : 0);
+        putLittle(body, part.size(), 2);
+        putLittle(body, ~part.size(), 2);
+        putText(body, part);
+    }
+    putBig(body, high << 16 | low, 4);
+    insertChunk(file, removeChunk(file, "IDAT"), "iCCP",
+                {reinterpret_cast<const char*>(body.data()), body.size()});
 }
 
 bool putExif(Format format, std::string_view block, const Picture& picture,

@@ -25,6 +25,12 @@ bool putExif(Format format, std::string_view block, const Picture& picture,
 /// Source:  ISO 16684-1 and Adobe: XMP storage in files, 1.1.5, PNG.
 void putXmpIntoPng(std::string_view packet, std::vector<unsigned char>& file);
 
+/// Puts a colour profile into an encoded PNG without one. It is stored as it is, for a stream that
+/// isn't compressed needs no library.
+///
+/// Source:  W3C: Portable Network Graphics, third edition, 11.3.2.3, chunk iCCP; RFC 1950 and 1951.
+void putProfileIntoPng(std::string_view profile, std::vector<unsigned char>& file);
+
 /// Makes an encoded JPEG or PNG tell a resolution: a JPEG gets the head of JFIF, a PNG loses the
 /// chunk that libvips writes where nobody told any. Call it before putExif().
 ///

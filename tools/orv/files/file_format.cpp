@@ -135,7 +135,7 @@ std::string foreignFormat(const std::vector<unsigned char>& head) {
 std::string writableExtensions() {
     std::string text;
     for (const FormatEntry& entry : kFormats) {
-        if (haveVips() || !entry.needsVips) {
+        if (isCoded(entry)) {
             text += text.empty() ? "" : " ";
             text += entry.extensions;
         }
@@ -144,7 +144,11 @@ std::string writableExtensions() {
 }
 
 std::string readableFormats() {
-    return haveVips() ? "PNG, JPEG, TIFF, WebP, BMP, PPM, PGM" : "BMP, PPM, PGM";
+    std::string text;
+    for (const FormatEntry& entry : kFormats) {
+        text += isCoded(entry) ? std::string(entry.name) + ", " : "";
+    }
+    return text + "PGM";
 }
 
 }  // namespace orv::cli

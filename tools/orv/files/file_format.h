@@ -19,7 +19,7 @@ struct FormatEntry {
     bool alpha;
     bool profile;  ///< whether it holds a colour profile
     SampleDepth deepest;
-    bool needsVips;
+    bool needsLibrary;  ///< whether the tool has no codec of its own
 };
 
 /// The entry of a format, or null for the unknown one.

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "files/bmp_codec.h"
+#include "files/library_codec.h"
 #include "files/netpbm_codec.h"
 #include "files/output_file.h"
-#include "files/vips_file.h"
 #include "methods/suggestion.h"
 
 namespace orv::cli {
@@ -15,8 +15,19 @@ namespace {
 /// Enough for the headers of BMP and, with comments, of PPM and PGM.
 constexpr std::size_t kOwnHeaderBytes = 65536;
 
+/// Whether the tool's own codec takes a format in this build.
 bool isOwn(Format format) {
-    return format == Format::Bmp || format == Format::Netpbm;
+    return !formatEntry(format)->needsLibrary && !libraryCodes(format);
+}
+
+/// "PNG, TIFF, WebP or BMP": what holds transparency.
+std::string alphaFormats() {
+    std::string text;
+    for (const Format format : {Format::Png, Format::Tiff, Format::Webp}) {
+        const FormatEntry& entry = *formatEntry(format);
+        text += isCoded(entry) ? (text.empty() ? "" : ", ") + std::string(entry.name) : "";
+    }
+    return text.empty() ? "BMP" : text + " or BMP";
 }
 
 std::string formatOfSource(const PictureSource& source, Format& format) {
@@ -35,13 +46,14 @@ std::string formatOfSource(const PictureSource& source, Format& format) {
                    ? "is no picture that orv reads (" + readableFormats() + ")"
                    : "is " + foreign + "; orv reads " + readableFormats() + " alone";
     }
-    if (!isOwn(format) && !haveVips()) {
-        return "this build of orv is without libvips and reads " + readableFormats() + " alone";
+    if (!isCoded(*formatEntry(format))) {
+        return "this build of orv " + codingLimit() + " and reads " + readableFormats() +
+               " alone";
     }
     return {};
 }
 
-/// Header or picture of the two formats that need no library, from its first bytes or from all.
+/// Header or picture of a format that needs no library, from its first bytes or from all.
 std::string readOwn(const PictureSource& source, Format format, PictureHeader& header) {
     std::vector<unsigned char> head;
     std::string error = readHead(source, kOwnHeaderBytes, head);
@@ -74,7 +86,7 @@ std::string headerOf(const PictureSource& source, PictureHeader& header) {
     }
     header.fileBytes = sourceSize(source);
     error = isOwn(header.format) ? readOwn(source, header.format, header)
-                                 : readHeaderByVips(source, header);
+                                 : readHeaderByLibrary(source, header);
     if (error.empty() && header.refusal.empty() &&
         static_cast<double>(header.width) * header.height > kMostPixels) {
         header.refusal = std::to_string(header.width) + " x " + std::to_string(header.height) +
@@ -88,6 +100,10 @@ std::string named(const std::string& name, const std::string& error) {
 }
 
 }  // namespace
+
+bool isCoded(const FormatEntry& format) {
+    return !format.needsLibrary || libraryCodes(format.format);
+}
 
 bool stripOfWord(std::string_view word, Strip& strip) {
     for (const auto& [name, value] :
@@ -131,7 +147,7 @@ std::string readPicture(const PictureSource& source, Picture& picture) {
     }
     if (error.empty()) {
         error = isOwn(header.format) ? decodeOwn(source, header.format, picture)
-                                     : readByVips(source, header.format, picture);
+                                     : readByLibrary(source, header.format, picture);
     }
     return named(source.name, error);
 }
@@ -146,13 +162,13 @@ std::string writeRefusal(const std::string& name, const WriteSettings& settings,
                          const Picture& picture) {
     const FormatEntry& format = *settings.format;
     const std::string kind(format.name);
-    if (format.needsVips && !haveVips()) {
-        return name + ": this build of orv is without libvips and writes " +
+    if (!isCoded(format)) {
+        return name + ": this build of orv " + codingLimit() + " and writes " +
                writableExtensions() + " alone";
     }
     if (picture.alpha && !format.alpha) {
         return name + ": " + kind + " can't hold the transparency of this picture; take " +
-               (haveVips() ? "PNG, TIFF, WebP or BMP" : "BMP") + ", or --alpha drop";
+               alphaFormats() + ", or --alpha drop";
     }
     if (picture.samples.depth == SampleDepth::Float && format.deepest != SampleDepth::Float) {
         return name + ": " + kind + " can't hold the float samples of this picture; take TIFF";
@@ -165,14 +181,14 @@ std::string writeRefusal(const std::string& name, const WriteSettings& settings,
 
 std::string encodePicture(const WriteSettings& settings, Picture& picture,
                           std::vector<unsigned char>& bytes) {
-    if (settings.format->needsVips) {
-        return encodeByVips(settings, picture, bytes);
-    }
-    const std::string profile = profileOf(picture);
+    const std::string profile = settings.format->profile ? "" : profileOf(picture);
     if (!profile.empty() && profile.find("sRGB") == std::string::npos) {
         picture.warnings.push_back(std::string(settings.format->name) +
                                    " holds no colour profile; that of the picture (" + profile +
                                    ") is left out");
+    }
+    if (!isOwn(settings.format->format)) {
+        return encodeByLibrary(settings, picture, bytes);
     }
     const bool asColour = picture.colours == 3 || sameWord(settings.ending, ".ppm");
     bytes = settings.format->format == Format::Bmp ? encodeBmp(picture)
@@ -191,8 +207,9 @@ std::string scaleDown(Picture& picture, int maxSide) {
     if (picture.samples.width <= maxSide && picture.samples.height <= maxSide) {
         return {};
     }
-    return haveVips() ? scaleByVips(picture, maxSide)
-                      : "this build of orv is without libvips and can't scale pictures down";
+    return haveLibrary()
+               ? scaleByLibrary(picture, maxSide)
+               : "this build of orv " + codingLimit() + " and can't scale pictures down";
 }
 
 }  // namespace orv::cli

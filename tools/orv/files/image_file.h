@@ -69,11 +69,15 @@ struct WriteSettings {
 /// The most pixels of a picture; work memory is about 36 bytes a pixel.
 inline constexpr double kMostPixels = 268435456.0;
 
-/// Whether this build reads and writes PNG, JPEG, TIFF and WebP.
-bool haveVips();
+/// Whether a library reads and writes PNG, JPEG and TIFF for this build: libvips, or the Windows
+/// Imaging Component. Without either there are BMP, PPM and PGM.
+bool haveLibrary();
 
-/// The name and version of the library behind those formats, or an empty text.
-std::string vipsVersion();
+/// The name of that library, with its version where it tells one, or an empty text.
+std::string libraryVersion();
+
+/// Whether this build reads and writes a format. WebP is for libvips alone.
+bool isCoded(const FormatEntry& format);
 
 /// What --strip takes: "none", "gps", "exif" or "all".
 ///
@@ -131,7 +135,7 @@ std::string writePicture(const std::string& path, const WriteSettings& settings,
 /// Averages are taken over sample values as stored, weighted by alpha, as is usual for photos:
 /// no profile is needed and dark print on white keeps its weight.
 ///
-/// Fails:   with a reason without a name, so where libvips is missing. An empty text means
+/// Fails:   with a reason without a name, so where there is no library. An empty text means
 ///          success.
 /// Cost:    a Lanczos filter of three lobes along both sides.
 std::string scaleDown(Picture& picture, int maxSide);

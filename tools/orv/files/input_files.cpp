@@ -1,22 +1,15 @@
 #include "files/input_files.h"
 
-#include <dirent.h>
-#include <fnmatch.h>
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <climits>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <set>
 #include <utility>
 
 #include "files/image_file.h"
 #include "files/path_names.h"
 #include "methods/suggestion.h"
+#include "system/file_system.h"
 
 namespace orv::cli {
 
@@ -24,11 +17,6 @@ namespace {
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-bool exists(const std::string& path) {
-    struct stat status {};
-    return lstat(path.c_str(), &status) == 0;
 }
 
 std::string below(const std::string& folder, const std::string& name) {
@@ -47,24 +35,20 @@ struct Listing {
 
 Listing listingOf(const std::string& folder) {
     Listing listing;
-    const auto close = [](DIR* stream) { closedir(stream); };
-    const std::unique_ptr<DIR, decltype(close)> stream(
-        opendir(folder.empty() ? "." : folder.c_str()), close);
-    if (stream == nullptr) {
+    std::vector<std::string> names;
+    if (!listFolder(folder, names)) {
         listing.error = folder + ": can't be searched: " + std::strerror(errno);
         return listing;
     }
-    while (const dirent* const entry = readdir(stream.get())) {
-        const std::string name = entry->d_name;
-        struct stat status {};
-        if (name[0] == '.' || stat(below(folder, name).c_str(), &status) != 0) {
+    for (const std::string& name : names) {
+        FileState state;
+        if (name[0] == '.' || !readState(below(folder, name), state)) {
             continue;
         }
-        if (S_ISREG(status.st_mode)) {
+        if (state.kind == FileKind::Regular) {
             listing.files.push_back(name);
-        } else if (S_ISDIR(status.st_mode) &&
-                   lstat(below(folder, name).c_str(), &status) == 0 &&
-                   !S_ISLNK(status.st_mode)) {
+        } else if (state.kind == FileKind::Folder &&
+                   readLinkState(below(folder, name), state) && state.kind != FileKind::Link) {
             listing.folders.push_back(name);
         }
     }
@@ -73,20 +57,17 @@ Listing listingOf(const std::string& folder) {
     return listing;
 }
 
-bool matches(const std::string& pattern, const std::string& text) {
-    return fnmatch(pattern.c_str(), text.c_str(), FNM_PERIOD | FNM_CASEFOLD) == 0;
-}
-
 /// Whether a file of a folder is one of the pictures that are asked for.
 bool isWanted(const std::string& relative, const InputSettings& settings) {
     if (settings.include.empty()) {
         const FormatEntry* const format = formatOfName(relative);
-        return format != nullptr && (haveVips() || !format->needsVips);
+        return format != nullptr && isCoded(*format);
     }
     return std::any_of(settings.include.begin(), settings.include.end(),
                        [&relative](const std::string& pattern) {
                            const bool path = pattern.find('/') != std::string::npos;
-                           return matches(pattern, path ? relative : fileNameOf(relative));
+                           return fitsPattern(pattern, path ? relative : fileNameOf(relative),
+                                              /*anyCase=*/true);
                        });
 }
 
@@ -166,12 +147,12 @@ void matchPattern(const std::string& folder, const std::vector<std::string>& par
         }
     }
     for (const std::string& name : listing.files) {
-        if (last && fnmatch(part.c_str(), name.c_str(), FNM_PERIOD) == 0) {
+        if (last && fitsPattern(part, name, /*anyCase=*/false)) {
             found.push_back(below(folder, name));
         }
     }
     for (const std::string& name : listing.folders) {
-        if (part != "**" && fnmatch(part.c_str(), name.c_str(), FNM_PERIOD) == 0) {
+        if (part != "**" && fitsPattern(part, name, /*anyCase=*/false)) {
             if (last) {
                 found.push_back(below(folder, name));
             } else {
@@ -229,7 +210,7 @@ std::string addWord(const std::string& word, const InputSettings& settings,
     if (isFolder(word)) {
         return addFolder(word, settings, files);
     }
-    if (!exists(word) && isPattern(word)) {
+    if (!isTaken(word) && isPattern(word)) {
         return addPattern(word, settings, files);
     }
     files.push_back({word, fileNameOf(word)});
@@ -238,8 +219,8 @@ std::string addWord(const std::string& word, const InputSettings& settings,
 
 /// A path without links and detours, or as it came where there is no such file.
 std::string plainPath(const std::string& path) {
-    std::array<char, PATH_MAX> resolved{};
-    return realpath(path.c_str(), resolved.data()) == nullptr ? path : resolved.data();
+    std::string resolved = resolvedPath(path);
+    return resolved.empty() ? path : resolved;
 }
 
 void dropRepeated(std::vector<InputFile>& files) {

@@ -1,18 +1,13 @@
 #include "files/output_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 #include "files/path_names.h"
+#include "system/console.h"
+#include "system/file_system.h"
 #include "terminal/interruption.h"
 
 namespace orv::cli {
@@ -26,21 +21,10 @@ std::string systemError(const std::string& path, int error) {
            ": can't be written: " + (error == ENOENT ? "no such folder" : std::strerror(error));
 }
 
-mode_t usualMode() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
-}
-
 /// "a/b" of "a/b/c", "/" of "/c", "" of "c".
 std::string folderOf(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
     return slash == std::string::npos ? "" : path.substr(0, slash == 0 ? 1 : slash);
-}
-
-bool exists(const std::string& path) {
-    struct stat status {};
-    return stat(path.c_str(), &status) == 0;
 }
 
 std::string writeStream(std::FILE* file, const void* bytes, std::size_t count) {
@@ -49,7 +33,7 @@ std::string writeStream(std::FILE* file, const void* bytes, std::size_t count) {
 }
 
 std::string writeFile(const std::string& path, const void* bytes, std::size_t count) {
-    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    std::FILE* const file = openFile(path, "wb");
     if (file == nullptr) {
         return std::strerror(errno);
     }
@@ -69,19 +53,19 @@ OutputFile::~OutputFile() {
 void OutputFile::remove() {
     const InterruptionPause pause;
     if (!temporary_.empty()) {
-        unlink(temporary_.c_str());
+        removeFile(temporary_);
         dropUnfinished(place_);
         temporary_.clear();
     }
     for (; !folders_.empty(); folders_.pop_back()) {
-        rmdir(folders_.back().first.c_str());
+        removeFolder(folders_.back().first);
         dropUnfinished(folders_.back().second);
     }
 }
 
 std::string OutputFile::makeFolders() {
     std::vector<std::string> missing;
-    for (std::string folder = folderOf(target_); !folder.empty() && !exists(folder);
+    for (std::string folder = folderOf(target_); !folder.empty() && !leadsSomewhere(folder);
          folder = folderOf(folder)) {
         missing.push_back(folder);
     }
@@ -89,7 +73,7 @@ std::string OutputFile::makeFolders() {
         const std::string& folder = missing.back();
         const InterruptionPause pause;
         // Another run may make the same folder at the same time.
-        if (mkdir(folder.c_str(), 0777) == 0) {
+        if (makeFolder(folder)) {
             folders_.emplace_back(folder, addUnfinished(folder, /*folder=*/true));
         } else if (errno != EEXIST) {
             return path_ + ": the folder " + folder + " can't be made: " + std::strerror(errno);
@@ -100,18 +84,12 @@ std::string OutputFile::makeFolders() {
 
 std::string OutputFile::makeTemporary(unsigned mode) {
     const std::size_t slash = target_.find_last_of('/');
-    std::string name =
-        (slash == std::string::npos ? "" : target_.substr(0, slash + 1)) + ".orv-XXXXXX";
-    if (name.size() >= PATH_MAX) {
-        return systemError(path_, ENAMETOOLONG);
-    }
     const InterruptionPause pause;
-    const int descriptor = mkstemp(name.data());
-    if (descriptor < 0) {
+    const std::string name = makeTemporaryFile(
+        slash == std::string::npos ? std::string() : target_.substr(0, slash + 1), mode);
+    if (name.empty()) {
         return systemError(path_, errno);
     }
-    fchmod(descriptor, static_cast<mode_t>(mode));
-    close(descriptor);
     place_ = addUnfinished(name);
     temporary_ = name;
     return {};
@@ -120,27 +98,27 @@ std::string OutputFile::makeTemporary(unsigned mode) {
 std::string OutputFile::open(const std::string& path, bool overwrite) {
     path_ = path;
     target_ = path;
-    mode_t mode = usualMode();
-    struct stat status {};
-    if (stat(path.c_str(), &status) == 0) {
-        if (S_ISDIR(status.st_mode)) {
+    unsigned mode = usualPermissions();
+    FileState state;
+    if (readState(path, state)) {
+        if (state.kind == FileKind::Folder) {
             return path + kIsFolder;
         }
-        if (!S_ISREG(status.st_mode)) {
+        if (state.kind != FileKind::Regular) {
             return path + ": is no regular file";
         }
         if (!overwrite) {
             return path + ": exists already; --force overwrites it";
         }
-        if (access(path.c_str(), W_OK) != 0) {
+        if (!isWritable(path)) {
             return systemError(path, errno);
         }
-        mode = status.st_mode & 0777;
-        std::array<char, PATH_MAX> resolved{};
-        if (realpath(path.c_str(), resolved.data()) != nullptr) {
-            target_ = resolved.data();
+        mode = state.mode;
+        const std::string resolved = resolvedPath(path);
+        if (!resolved.empty()) {
+            target_ = resolved;
         }
-    } else if (lstat(path.c_str(), &status) == 0) {
+    } else if (isTaken(path)) {
         return path + ": is a link that leads nowhere; remove it or name another file";
     }
 
@@ -152,7 +130,7 @@ std::string OutputFile::open(const std::string& path, bool overwrite) {
         if (error.empty()) {
             error = makeTemporary(mode);
         }
-        if (error.empty() || exists(folderOf(target_))) {
+        if (error.empty() || leadsSomewhere(folderOf(target_))) {
             break;
         }
     }
@@ -164,7 +142,7 @@ std::string OutputFile::open(const std::string& path, bool overwrite) {
 
 std::string OutputFile::commit() {
     const InterruptionPause pause;
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
+    if (!replaceFile(temporary_, target_)) {
         const std::string error = systemError(path_, errno);
         remove();
         return error;
@@ -179,10 +157,10 @@ std::string OutputFile::commit() {
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {
-    struct stat first {};
-    struct stat second {};
-    return a == b || (stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
-                      first.st_dev == second.st_dev && first.st_ino == second.st_ino);
+    FileState first;
+    FileState second;
+    return a == b ||
+           (readState(a, first) && readState(b, second) && first.identity == second.identity);
 }
 
 std::string writeBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
@@ -201,10 +179,10 @@ std::string endingRefusal(const std::string& path, std::string_view what,
 }
 
 std::string standardOutputRefusal() {
-    return isatty(STDOUT_FILENO) == 0 ? std::string()
-                                      : "standard output: is a terminal, which shows no "
-                                        "pictures; send it to a file or "
-                                        "a pipe, or name a file by -o";
+    return !isTerminal(Stream::Output) ? std::string()
+                                       : "standard output: is a terminal, which shows no "
+                                         "pictures; send it to a file or "
+                                         "a pipe, or name a file by -o";
 }
 
 std::string writeStandardOutput(const std::vector<unsigned char>& bytes) {

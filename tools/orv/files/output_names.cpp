@@ -1,16 +1,13 @@
 #include "files/output_names.h"
 
-#include <sys/stat.h>
-
 #include <array>
-#include <climits>
 #include <cstddef>
-#include <cstdlib>
 #include <map>
 
 #include "files/image_file.h"
 #include "files/path_names.h"
 #include "methods/suggestion.h"
+#include "system/file_system.h"
 
 namespace orv::cli {
 
@@ -32,22 +29,21 @@ std::string resultEnding(const std::string& input, std::string_view wanted) {
         return std::string(wanted);
     }
     const FormatEntry* const format = formatOfName(input);
-    if (format != nullptr && (haveVips() || !format->needsVips)) {
+    if (format != nullptr && isCoded(*format)) {
         return endingOfName(input);
     }
-    return haveVips() ? ".png" : ".bmp";
+    return haveLibrary() ? ".png" : ".bmp";
 }
 
 /// A name that tells where a file really is, as far as its folders exist.
 std::string placeOf(const std::string& path) {
-    std::array<char, PATH_MAX> resolved{};
-    if (realpath(path.c_str(), resolved.data()) != nullptr) {
-        return resolved.data();
+    std::string resolved = resolvedPath(path);
+    if (!resolved.empty()) {
+        return resolved;
     }
     const std::string folder = folderOf(path);
-    return realpath(folder.empty() ? "." : folder.c_str(), resolved.data()) == nullptr
-               ? path
-               : resolved.data() + std::string("/") + fileNameOf(path);
+    resolved = resolvedPath(folder.empty() ? "." : folder);
+    return resolved.empty() ? path : resolved + "/" + fileNameOf(path);
 }
 
 /// Fills a pattern in for one picture.
@@ -109,9 +105,8 @@ std::string outputRefusal(const std::vector<InputFile>& inputs, const OutputOrde
     if (output.empty() || output == "-") {
         return {};
     }
-    struct stat status {};
     if (isOutputFolder(inputs, order)) {
-        return stat(output.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)
+        return leadsSomewhere(output) && !isFolder(output)
                    ? output + ": is a file, and -o names the folder that results go into"
                    : std::string();
     }
@@ -199,9 +194,7 @@ bool isOutputFolder(const std::vector<InputFile>& inputs, const OutputOrder& ord
     if (order.output.empty() || order.output == "-") {
         return false;
     }
-    struct stat status {};
-    if (order.intoFolder || order.output.back() == '/' ||
-        (stat(order.output.c_str(), &status) == 0 && S_ISDIR(status.st_mode))) {
+    if (order.intoFolder || order.output.back() == '/' || isFolder(order.output)) {
         return true;
     }
     const bool several =

@@ -1,6 +1,6 @@
 #include "files/path_names.h"
 
-#include <sys/stat.h>
+#include "system/file_system.h"
 
 namespace orv::cli {
 
@@ -9,8 +9,8 @@ std::string fileNameOf(const std::string& path) {
 }
 
 bool isFolder(const std::string& path) {
-    struct stat status {};
-    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    FileState state;
+    return readState(path, state) && state.kind == FileKind::Folder;
 }
 
 }  // namespace orv::cli

@@ -1,8 +1,5 @@
 #include "files/picture_source.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -10,6 +7,9 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+
+#include "system/console.h"
+#include "system/file_system.h"
 
 namespace orv::cli {
 
@@ -52,7 +52,7 @@ std::string readStream(std::FILE* file, PictureSource& source) {
 
 std::string readFile(const std::string& path, std::size_t most,
                      std::vector<unsigned char>& bytes) {
-    const FilePointer file(std::fopen(path.c_str(), "rb"));
+    const FilePointer file(openFile(path, "rb"));
     if (file == nullptr) {
         return "can't be read: " + std::string(std::strerror(errno));
     }
@@ -65,7 +65,7 @@ std::string openSource(const std::string& word, PictureSource& source) {
     source = {};
     if (word == "-") {
         source.name = "standard input";
-        if (isatty(STDIN_FILENO) != 0) {
+        if (isTerminal(Stream::Input)) {
             return source.name +
                    ": is a terminal; pipe a picture into it, as in "
                    "'orv restore - < in.png > out.png', or name a file";
@@ -73,21 +73,21 @@ std::string openSource(const std::string& word, PictureSource& source) {
         return readStream(stdin, source);
     }
     source.name = word;
-    struct stat status {};
-    if (stat(word.c_str(), &status) != 0) {
+    FileState state;
+    if (!readState(word, state)) {
         return word + ": " +
                (errno == ENOENT ? "no such file"
                                 : "can't be read: " + std::string(std::strerror(errno)));
     }
-    if (S_ISDIR(status.st_mode)) {
+    if (state.kind == FileKind::Folder) {
         return word + ": is a folder, not a picture";
     }
-    if (S_ISFIFO(status.st_mode)) {
-        const FilePointer file(std::fopen(word.c_str(), "rb"));
+    if (state.kind == FileKind::Pipe) {
+        const FilePointer file(openFile(word, "rb"));
         return file == nullptr ? word + ": can't be read: " + std::strerror(errno)
                                : readStream(file.get(), source);
     }
-    return S_ISREG(status.st_mode) ? std::string() : word + ": is no regular file";
+    return state.kind == FileKind::Regular ? std::string() : word + ": is no regular file";
 }
 
 std::string readHead(const PictureSource& source, std::size_t most,
@@ -106,11 +106,7 @@ std::string readAll(const PictureSource& source, std::vector<unsigned char>& byt
 }
 
 double sourceSize(const PictureSource& source) {
-    if (source.inMemory) {
-        return static_cast<double>(source.bytes.size());
-    }
-    struct stat status {};
-    return stat(source.name.c_str(), &status) == 0 ? static_cast<double>(status.st_size) : 0.0;
+    return source.inMemory ? static_cast<double>(source.bytes.size()) : fileBytes(source.name);
 }
 
 }  // namespace orv::cli

@@ -1,13 +1,12 @@
 #include "files/vips_metadata.h"
 
-#include <algorithm>
-#include <cctype>
 #include <string>
 #include <string_view>
 
 #include "files/exif_block.h"
 #include "files/icc_profile.h"
 #include "files/vips_support.h"
+#include "files/xmp_packet.h"
 
 namespace orv::cli {
 
@@ -17,13 +16,6 @@ constexpr std::string_view kComment = "png-comment-";
 
 bool startsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
-}
-
-std::string lower(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
 }
 
 bool isKept(std::string_view field) {
@@ -53,26 +45,9 @@ std::string_view bytesOfField(const GValue* value) {
     return {};
 }
 
-/// Whether a packet of XMP, IPTC or text tells a place, or holds EXIF that may.
-bool tellsPlace(std::string_view bytes) {
-    using std::string_view_literals::operator""sv;
-    for (const std::string_view mark : {"8BIM\x04\x22"sv, "8BIM\x04\x23"sv}) {
-        if (bytes.find(mark) != std::string_view::npos) {
-            return true;
-        }
-    }
-    const std::string text = lower(bytes);
-    for (const std::string_view word : {"gps"sv, "geo:lat"sv, "latitude"sv}) {
-        if (text.find(word) != std::string::npos) {
-            return true;
-        }
-    }
-    return false;
-}
-
 /// Whether a text of a PNG is EXIF, XMP or IPTC written in digits.
 bool isRawProfile(std::string_view field) {
-    return lower(field).find("raw profile type") != std::string::npos;
+    return lowerCase(field).find("raw profile type") != std::string::npos;
 }
 
 bool isStripped(std::string_view field, const GValue* value, Strip strip) {
@@ -90,21 +65,6 @@ bool isStripped(std::string_view field, const GValue* value, Strip strip) {
             break;
     }
     return field != VIPS_META_ICC_NAME && field != VIPS_META_RESOLUTION_UNIT;
-}
-
-/// XMP with its orientation, if it tells one, set to upright; all else stays in its place.
-std::string uprightXmp(std::string_view packet) {
-    std::string text(packet);
-    for (const std::string_view mark :
-         {std::string_view("tiff:Orientation=\""), std::string_view("tiff:Orientation='"),
-          std::string_view("tiff:Orientation>")}) {
-        const std::size_t at = text.find(mark);
-        if (at != std::string::npos && at + mark.size() < text.size() &&
-            std::isdigit(static_cast<unsigned char>(text[at + mark.size()])) != 0) {
-            text[at + mark.size()] = '1';
-        }
-    }
-    return text;
 }
 
 struct Copying {

@@ -1,4 +1,4 @@
-#include "files/vips_file.h"
+#include "files/library_codec.h"
 
 #include <cstddef>
 #include <cstring>
@@ -193,7 +193,7 @@ std::string openAsRgb(const PictureSource& source, Format format, VipsPicture& i
 
 }  // namespace
 
-std::string readHeaderByVips(const PictureSource& source, PictureHeader& header) {
+std::string readHeaderByLibrary(const PictureSource& source, PictureHeader& header) {
     VipsPicture image;
     const std::string error = openAsRgb(source, header.format, image, header.cmyk);
     if (!error.empty()) {
@@ -217,7 +217,7 @@ std::string readHeaderByVips(const PictureSource& source, PictureHeader& header)
     return {};
 }
 
-std::string readByVips(const PictureSource& source, Format format, Picture& picture) {
+std::string readByLibrary(const PictureSource& source, Format format, Picture& picture) {
     VipsPicture image;
     bool cmyk = false;
     std::string error = openAsRgb(source, format, image, cmyk);

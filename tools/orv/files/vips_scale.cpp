@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "files/vips_file.h"
+#include "files/library_codec.h"
 #include "files/vips_support.h"
 
 namespace orv::cli {
@@ -62,7 +62,7 @@ void clampFloats(InterleavedSamples& samples) {
 
 }  // namespace
 
-std::string scaleByVips(Picture& picture, int maxSide) {
+std::string scaleByLibrary(Picture& picture, int maxSide) {
     std::string error = startVips();
     if (!error.empty()) {
         return error;

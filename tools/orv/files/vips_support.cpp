@@ -5,7 +5,7 @@
 #include <atomic>
 #include <string_view>
 
-#include "files/image_file.h"
+#include "files/library_codec.h"
 
 namespace orv::cli {
 
@@ -24,13 +24,25 @@ void hearMessage(const gchar* /*domain*/, GLogLevelFlags /*level*/, const gchar*
 
 }  // namespace
 
-bool haveVips() {
+bool haveLibrary() {
     return true;
 }
 
-std::string vipsVersion() {
+std::string libraryVersion() {
     return "libvips " + std::to_string(vips_version(0)) + "." +
            std::to_string(vips_version(1)) + "." + std::to_string(vips_version(2));
+}
+
+bool libraryCodes(Format format) {
+    return formatEntry(format)->needsLibrary;
+}
+
+std::string codingLimit() {
+    return "takes what libvips does";
+}
+
+std::string codingNotes() {
+    return {};
 }
 
 std::string startVips() {

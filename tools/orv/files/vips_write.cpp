@@ -2,7 +2,7 @@
 
 #include "files/exif_block.h"
 #include "files/exif_container.h"
-#include "files/vips_file.h"
+#include "files/library_codec.h"
 #include "files/vips_metadata.h"
 #include "files/vips_support.h"
 
@@ -98,8 +98,8 @@ std::string profileOf(const Picture& picture) {
                : profileNameOf(static_cast<VipsImage*>(picture.metadata.get()));
 }
 
-std::string encodeByVips(const WriteSettings& settings, Picture& picture,
-                         std::vector<unsigned char>& bytes) {
+std::string encodeByLibrary(const WriteSettings& settings, Picture& picture,
+                            std::vector<unsigned char>& bytes) {
     std::string error = startVips();
     if (!error.empty()) {
         return error;

@@ -232,8 +232,8 @@ std::string verbHelp(const Verb& verb, HelpLength length) {
 
 std::string versionText() {
     std::string text = "orv " ORV_VERSION;
-    if (haveVips()) {
-        text += " (" + vipsVersion() + ")";
+    if (haveLibrary()) {
+        text += " (" + libraryVersion() + ")";
     }
     return text + "\n";
 }

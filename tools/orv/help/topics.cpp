@@ -4,6 +4,7 @@
 #include <array>
 
 #include "files/image_file.h"
+#include "files/library_codec.h"
 #include "recipe/presets.h"
 
 namespace orv::cli {
@@ -79,7 +80,8 @@ std::string formats() {
            "- A palette or CMYK becomes RGB. Several pages or frames are refused, and\n"
            "so are camera raw files, GIF, HEIC and JPEG XL: develop or convert them first.\n"
            "- Grey stays grey, but in .ppm.\n"
-           "- --strip leaves metadata out, --strip=gps the place alone.\n";
+           "- --strip leaves metadata out, --strip=gps the place alone.\n" +
+           codingNotes();
 }
 
 std::string chains() {

@@ -161,10 +161,6 @@ std::optional<double> availableMemoryBelow(const std::string& root) {
     return least;
 }
 
-std::optional<double> availableMemory() {
-    return availableMemoryBelow("/");
-}
-
 std::string readMemorySize(std::string_view text, std::optional<double> available,
                            std::optional<double>& limit) {
     limit.reset();

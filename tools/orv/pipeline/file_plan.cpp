@@ -1,7 +1,5 @@
 #include "pipeline/file_plan.h"
 
-#include <sys/stat.h>
-
 #include <cstddef>
 #include <utility>
 
@@ -9,6 +7,7 @@
 #include "files/input_files.h"
 #include "files/output_file.h"
 #include "files/output_names.h"
+#include "system/file_system.h"
 #include "terminal/messages.h"
 
 namespace orv::cli {
@@ -42,9 +41,7 @@ std::string recordRefusal(const std::string& option, const std::string& record,
 
 /// Whether a second word that is to be written exists and may be meant to be read.
 bool mayBeAnInput(const std::string& path) {
-    struct stat status {};
-    return formatOfName(path) != nullptr && stat(path.c_str(), &status) == 0 &&
-           S_ISREG(status.st_mode);
+    return formatOfName(path) != nullptr && isRegularFile(path);
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 #include "pipeline/job_target.h"
 
-#include <sys/stat.h>
-
 #include <utility>
 
+#include "system/file_system.h"
 #include "terminal/messages.h"
 
 namespace orv::cli {
@@ -63,11 +62,8 @@ Failure JobTarget::commit() {
 }
 
 std::string JobTarget::resultLine(const Picture& picture, double seconds) const {
-    struct stat status {};
-    const double bytes =
-        stat(files_.output.c_str(), &status) == 0 ? static_cast<double>(status.st_size) : 0.0;
-    return files_.output + ": " + pictureKind(picture) + ", " + sizeText(bytes) + ", in " +
-           durationText(seconds) + "\n";
+    return files_.output + ": " + pictureKind(picture) + ", " +
+           sizeText(fileBytes(files_.output)) + ", in " + durationText(seconds) + "\n";
 }
 
 }  // namespace orv::cli

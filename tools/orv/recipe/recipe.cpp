@@ -7,11 +7,10 @@
 #include <cstring>
 #include <memory>
 
-#include <sys/stat.h>
-
 #include "methods/automatic.h"
 #include "methods/method_catalogue.h"
 #include "recipe/step_parameters.h"
+#include "system/file_system.h"
 #include "terminal/shell_text.h"
 
 namespace orv::cli {
@@ -38,16 +37,15 @@ std::string optionText(const Method* method, const std::string& name, const std:
 }  // namespace
 
 std::string readRecipeFile(const std::string& path, Recipe& recipe) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0) {
+    FileState state;
+    if (!readState(path, state)) {
         return path + ": " + std::strerror(errno);
     }
-    if (S_ISDIR(status.st_mode)) {
+    if (state.kind == FileKind::Folder) {
         return path + ": is a folder; name a recipe in it";
     }
     const auto close = [](std::FILE* file) { std::fclose(file); };
-    const std::unique_ptr<std::FILE, decltype(close)> file(std::fopen(path.c_str(), "rb"),
-                                                           close);
+    const std::unique_ptr<std::FILE, decltype(close)> file(openFile(path, "rb"), close);
     if (file == nullptr) {
         return path + ": " + std::strerror(errno);
     }

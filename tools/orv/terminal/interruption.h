@@ -1,13 +1,12 @@
 #pragma once
 
-#include <signal.h>
-
 #include <string>
 
 namespace orv::cli {
 
 /// Lets SIGINT, SIGTERM and SIGHUP tidy up before they end the process: unfinished files go,
-/// an open line on standard error ends, and SIGINT says that nothing was written.
+/// an open line on standard error ends, and SIGINT says that nothing was written. On Windows
+/// Ctrl-C is SIGINT, and a console that closes is SIGTERM.
 ///
 /// A signal that is ignored, as under nohup, stays so.
 void watchInterruptions();
@@ -30,7 +29,7 @@ void setLineOpen(bool open);
 /// From now on the result is written, and an interruption has nothing to say.
 void setResultWritten();
 
-/// Keeps the three signals away while it lives.
+/// Keeps the three signals away while it lives. In the main thread alone; one may live in another.
 class InterruptionPause {
   public:
     /// Blocks them.
@@ -38,9 +37,6 @@ class InterruptionPause {
     ~InterruptionPause();
     InterruptionPause(const InterruptionPause&) = delete;
     InterruptionPause& operator=(const InterruptionPause&) = delete;
-
-  private:
-    sigset_t before_;
 };
 
 }  // namespace orv::cli

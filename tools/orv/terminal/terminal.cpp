@@ -1,32 +1,16 @@
 #include "terminal/terminal.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <cstdlib>
-#include <cstring>
 
 #include "methods/json_text.h"
+#include "system/console.h"
 #include "terminal/messages.h"
 #include "terminal/utf8_text.h"
 
 namespace orv::cli {
 
-namespace {
-
-bool isTerminal() {
-    const char* const kind = std::getenv("TERM");
-    return isatty(STDERR_FILENO) != 0 && (kind == nullptr || std::strcmp(kind, "dumb") != 0);
-}
-
-}  // namespace
-
 int terminalWidth() {
-    struct winsize size {};
-    int columns = 0;
-    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0) {
-        columns = size.ws_col;
-    }
+    int columns = terminalColumns();
     if (columns == 0) {
         const char* const told = std::getenv("COLUMNS");
         columns = told == nullptr ? 0 : std::atoi(told);
@@ -54,7 +38,7 @@ ProgressStyle styleFor(ProgressStyle wanted) {
     if (wanted != ProgressStyle::Automatic) {
         return wanted;
     }
-    return isTerminal() ? ProgressStyle::Bar : ProgressStyle::Lines;
+    return canRedrawErrors() ? ProgressStyle::Bar : ProgressStyle::Lines;
 }
 
 }  // namespace orv::cli

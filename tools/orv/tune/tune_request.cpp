@@ -149,7 +149,7 @@ std::string readTuneRequest(const Verb& verb, const CommandLine& line, TuneReque
     request.output = line.text("output");
     if (request.output.empty()) {
         request.output =
-            outputBeside(request.sheet.input, "tune", haveVips() ? ".png" : ".bmp");
+            outputBeside(request.sheet.input, "tune", haveLibrary() ? ".png" : ".bmp");
     }
     return error;
 }

@@ -1,5 +1,3 @@
-#include "batch/thumbnail_set.h"
-
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -11,6 +9,7 @@
 #include <cstring>
 
 #include "batch/thumbnail.h"
+#include "batch/thumbnail_set.h"
 
 namespace orv::cli {
 

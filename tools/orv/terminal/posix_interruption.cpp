@@ -1,5 +1,4 @@
-#include "terminal/interruption.h"
-
+#include <signal.h>
 #include <unistd.h>
 
 #include <array>
@@ -8,6 +7,8 @@
 #include <cstddef>
 #include <cstring>
 #include <string_view>
+
+#include "terminal/interruption.h"
 
 namespace orv::cli {
 
@@ -23,6 +24,10 @@ struct Unfinished {
 constinit std::array<Unfinished, 24> unfinished{};
 constinit volatile std::sig_atomic_t lineOpen = 0;
 constinit volatile std::sig_atomic_t resultWritten = 0;
+
+/// The pauses that live, and what was blocked before the first of them.
+constinit int pauses = 0;
+constinit sigset_t blockedBefore{};
 
 constexpr std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
 
@@ -98,16 +103,21 @@ void setResultWritten() {
 }
 
 InterruptionPause::InterruptionPause() {
+    if (pauses++ > 0) {
+        return;
+    }
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : kSignals) {
         sigaddset(&signals, signal);
     }
-    sigprocmask(SIG_BLOCK, &signals, &before_);
+    sigprocmask(SIG_BLOCK, &signals, &blockedBefore);
 }
 
 InterruptionPause::~InterruptionPause() {
-    sigprocmask(SIG_SETMASK, &before_, nullptr);
+    if (--pauses == 0) {
+        sigprocmask(SIG_SETMASK, &blockedBefore, nullptr);
+    }
 }
 
 }  // namespace orv::cli

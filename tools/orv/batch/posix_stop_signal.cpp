@@ -1,11 +1,13 @@
-#include "batch/stop_signal.h"
-
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
+
+#include "batch/stop_signal.h"
 
 namespace orv::cli {
 
@@ -13,6 +15,8 @@ namespace {
 
 constexpr std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
 
+/// What the signals did before.
+constinit std::array<struct sigaction, 3> actionsBefore{};
 constinit volatile std::sig_atomic_t firstSignal = 0;
 /// A byte in here wakes the one who polls.
 constinit std::array<int, 2> wake{-1, -1};
@@ -40,8 +44,8 @@ StopSignal::StopSignal() {
         }
     }
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
-        sigaction(kSignals[i], nullptr, &before_[i]);
-        if (before_[i].sa_handler == SIG_IGN) {
+        sigaction(kSignals[i], nullptr, &actionsBefore[i]);
+        if (actionsBefore[i].sa_handler == SIG_IGN) {
             continue;
         }
         struct sigaction action {};
@@ -53,7 +57,7 @@ StopSignal::StopSignal() {
 
 StopSignal::~StopSignal() {
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
-        sigaction(kSignals[i], &before_[i], nullptr);
+        sigaction(kSignals[i], &actionsBefore[i], nullptr);
     }
     for (int& end : wake) {
         close(end);
@@ -63,6 +67,10 @@ StopSignal::~StopSignal() {
 
 int StopSignal::descriptor() const {
     return wake[0];
+}
+
+void StopSignal::endBy(int signal) {
+    std::raise(signal);
 }
 
 int StopSignal::received() const {
