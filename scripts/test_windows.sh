@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds orv.dll for 64-bit and 32-bit Windows, looks into both and runs programs on them under
-# Wine: a host with a DIB section, whose results have to be those of the library of this machine,
-# and the golden table. Installs what it needs; no terminal needed. The last line is the count.
+# Builds orv.dll and orv.exe for 64-bit and 32-bit Windows, looks into both libraries and runs
+# programs on them under Wine: a host with a DIB section, whose results have to be those of the
+# library of this machine, and the golden table. The 64-bit orv.exe runs beside the tool of this
+# machine. Installs what it needs; no terminal needed. The last line is the count.
 #
 # 32-bit programs need Wine in a 32-bit Debian, which is made in build/windows where that can be
 # done (root, network, 1 GB); ORV_SKIP_WINE32=1 leaves it out.
@@ -30,6 +31,25 @@ check() {
     echo "windows $name: FAILED"
     tail -n 40 "$log"
     return 1
+}
+
+# cases NAME COMMAND...: a program whose last line is the count of its cases.
+cases() {
+    local name=$1
+    shift
+    "$@" >"$log" 2>&1 </dev/null
+    if [[ $(tail -n 1 "$log") =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed(,\ ([0-9]+)\ skipped)?$ ]]; then
+        passed=$((passed + BASH_REMATCH[1]))
+        failed=$((failed + BASH_REMATCH[2]))
+        skipped=$((skipped + ${BASH_REMATCH[4]:-0}))
+    else
+        failed=$((failed + 1))
+        BASH_REMATCH=(0 0 1)
+    fi
+    if [ "${BASH_REMATCH[2]}" -ne 0 ]; then
+        echo "windows $name: FAILED"
+        tail -n 60 "$log"
+    fi
 }
 
 skip() {
@@ -118,7 +138,7 @@ zip_is_whole() {
     name="orv-$version-win${preset#mingw}"
     rm -rf "$wine_root/zip"
     cpack --config "build/$preset/CPackConfig.cmake" -B "$wine_root/zip" || return 1
-    for file in bin/orv.dll lib/liborv.dll.a lib/orv.def include/orv/orv.h \
+    for file in bin/orv.dll bin/orv.exe lib/liborv.dll.a lib/orv.def include/orv/orv.h \
         include/orv/orv_constants.h share/doc/orv/LICENSE \
         share/doc/orv/examples/windows/dib_host.c; do
         python3 -m zipfile -l "$wine_root/zip/$name.zip" | grep "^$name/$file " || return 1
@@ -213,10 +233,10 @@ if ! (orv_need "${orv_run_packages[@]}" "${windows_packages[@]}"); then
     exit 0
 fi
 trap 'wine64_end; wine32_end' EXIT
-check "library of this machine" build release orv
+check "library and tool of this machine" build release orv orv_tool
 check "copy of the sources" copy_sources
 for preset in mingw64 mingw32; do
-    if check "$preset build" build "$preset" orv golden_runner; then
+    if check "$preset build" build "$preset"; then
         look_into "$preset" "$(machine_of "$preset")"
         check "$preset same bytes" same_bytes "$preset"
         check "$preset programs" fill_stage "$preset" "$(machine_of "$preset")"
@@ -229,6 +249,10 @@ wine64_prepare
 run_all mingw64 wine64_run "$wine64_lack" generic avx2 avx512
 if [ -z "$wine64_lack" ]; then
     check "mingw64 README" readme_agrees "$stage/x86_64"
+    cases "mingw64 orv.exe" tests/windows/tool_test.py build/mingw64/tools/orv/orv.exe \
+        "$wine_prefix" build/release/tools/orv/orv
+else
+    skip "mingw64 orv.exe" "$wine64_lack"
 fi
 if [ -n "${ORV_SKIP_WINE32:-}" ]; then
     wine32_lack="ORV_SKIP_WINE32 is set"
