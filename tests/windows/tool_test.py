@@ -361,6 +361,13 @@ class Files(WindowsCase):
         self.assertIn(f"{result}: 33 x 21 pixels", out)
         self.assertTrue((self.folder / result).is_file())
 
+    def test_paths_from_the_root_are_no_options(self):
+        place = str(self.folder).replace("/", "\\")
+        for prefix in (place, "Z:" + place, str(self.folder)):
+            self.done("restore", f"{prefix}/in.ppm", f"{prefix}/out.bmp", *KEEP, "--quiet", "--force")
+            self.assertIn("out.bmp", self.names(), prefix)
+            (self.folder / "out.bmp").unlink()
+
     def test_patterns_are_the_tool_s_own(self):
         for name in ("b10.ppm", "b2.ppm", "c.ppm"):
             (self.folder / name).write_bytes((self.folder / "in.ppm").read_bytes())

@@ -206,6 +206,8 @@ class Parser {
     explicit Parser(const Verb& verb) : verb_(verb) {
         app_.set_help_flag();
         app_.allow_extras();
+        // Else a path that begins with '/' would be an option on Windows.
+        app_.allow_windows_style_options(false);
         app_.add_option("words", words_);
         for (const OptionGroup* const group : verb.groups) {
             for (const Option& option : group->options) {
