@@ -48,7 +48,8 @@ class Damage(BatchCase):
         code, _, err = self.batch(*QUICK, "in", "-o", "out")
         self.assertEqual(code, 1)
         told, listed = err.split("orv: 25 of 30 pictures failed; --resume tries them again:\n")
-        self.assertEqual(len(told.splitlines()), 25)
+        # On a slow machine lines of progress stand between them.
+        self.assertEqual(sum(line.endswith(": is empty") for line in told.splitlines()), 25)
         self.assertEqual(
             listed,
             "".join(f"  in/{number}.ppm: is empty\n" for number in range(1, 21)) + "  and 5 more, all in out/.orv/failed.txt\n",
