@@ -91,6 +91,8 @@ wine32_make() {
     mkdir -p "$wine32_debian/stage" "$wine32_debian/prefix"
     wine32_run "$wine_root" wineboot -i || return 1
     touch "$wine32_debian/ready"
+    # Its server lives on for a while and would look for programs in the folder of this call.
+    wine32_end
 }
 
 # wine32_run FOLDER PROGRAM [ARGUMENT...]: as wine64_run. The mounts end with the program.
