@@ -1,13 +1,15 @@
 """What the tool tells about itself: the first words, help of verbs and topics, the manual page."""
 
 import json
+import os
+import pty
 import re
 import shlex
 import shutil
 import subprocess
 import unittest
 
-from cli_support import HAVE_VIPS, NEEDS_VIPS, FolderCase, run, samples, write_netpbm
+from cli_support import HAVE_VIPS, NEEDS_VIPS, TOOL, FolderCase, run, samples, write_netpbm
 
 MANDOC = shutil.which("mandoc")
 NEEDS_MANDOC = unittest.skipUnless(MANDOC, "mandoc, which checks manual pages, is not installed")
@@ -20,6 +22,22 @@ def told(*arguments):
     code, out, error = run(*arguments)
     assert (code, error) == (0, ""), (arguments, code, error)
     return out
+
+
+def told_to_terminal(*arguments):
+    """The same where standard output is a terminal."""
+    ours, theirs = pty.openpty()
+    with subprocess.Popen([TOOL, *arguments], stdout=theirs) as process:
+        os.close(theirs)
+        text = b""
+        while True:
+            try:
+                text += os.read(ours, 4096)
+            except OSError:  # the tool has ended
+                break
+    os.close(ours)
+    assert process.returncode == 0, arguments
+    return text.decode().replace("\r\n", "\n")
 
 
 def verbs():
@@ -297,6 +315,18 @@ class ManualPage(unittest.TestCase):
             self.assertRegex(page, rf"(^|\n){title}\n")
         self.assertIn("130 interrupted", words)
         self.assertIn("orv restore noisy.jpg clean.jpg", words)
+
+
+
+class Solvers(unittest.TestCase):
+    def test_a_row_each_for_programs_and_folded_for_people(self):
+        rows = told("solvers").splitlines()
+        folded = told_to_terminal("solvers")
+
+        self.assertEqual(len(rows), 43)
+        self.assertGreater(max(map(len, rows)), 80)
+        self.assertLessEqual(max(map(len, folded.splitlines())), 80)
+        self.assertEqual(" ".join(folded.split()), " ".join(" ".join(rows).split()))
 
 
 if __name__ == "__main__":

@@ -3,10 +3,12 @@
 #include <string>
 
 #include "commands/commands.h"
+#include "help/help_layout.h"
 #include "help/help_text.h"
 #include "methods/method_catalogue.h"
 #include "methods/solver_listing.h"
 #include "options/command_line.h"
+#include "system/console.h"
 #include "terminal/messages.h"
 
 namespace orv::cli {
@@ -31,20 +33,30 @@ std::string methodsText() {
     return text;
 }
 
+/// What is said of a solver in words.
+std::string wordsOn(const SolverEntry& entry) {
+    return entry.description + (entry.note.empty() ? "" : "; NOTE: " + std::string(entry.note));
+}
+
+/// A row a solver where programs read it; on a terminal the words stand below, folded.
 std::string solversText() {
+    const bool folded = isTerminal(Stream::Output);
     std::size_t nameWidth = 0;
     std::size_t groupWidth = 0;
     for (const SolverEntry& entry : solverListing()) {
         nameWidth = std::max(nameWidth, entry.name.size());
-        groupWidth = std::max(groupWidth, entry.group.size());
+        groupWidth = folded ? 0 : std::max(groupWidth, entry.group.size() + 2);
     }
-    std::string text = "id  " + padded("name", nameWidth + 2) + padded("suits", 8) +
-                       padded("group", groupWidth + 2) + "description\n";
+    const auto row = [&](std::string_view id, std::string_view name, std::string_view suits,
+                         std::string_view group, const std::string& words) {
+        return padded(id, 4) + padded(name, nameWidth + 2) + padded(suits, 8) +
+               padded(group, groupWidth) +
+               (folded ? "\n" + helpRow("", words, 4) : words + "\n");
+    };
+    std::string text = row("id", "name", "suits", "group", "description");
     for (const SolverEntry& entry : solverListing()) {
-        text += padded(std::to_string(entry.id), 4) + padded(entry.name, nameWidth + 2) +
-                padded(suitabilityOf(entry), 8) + padded(entry.group, groupWidth + 2) +
-                entry.description +
-                (entry.note.empty() ? "" : "; NOTE: " + std::string(entry.note)) + "\n";
+        text += row(std::to_string(entry.id), entry.name, suitabilityOf(entry), entry.group,
+                    wordsOn(entry));
     }
     return text;
 }
