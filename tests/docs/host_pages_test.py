@@ -25,6 +25,22 @@ CONTRACT_PAGE = SOURCE / "docs" / "hosts" / "exports.md"
 
 DIFFUSION = (2.0, 5, 0.7, 10.0)
 
+# Restorations, and whether they treat the three channels alike. Colouring is not among them: no two calls agree.
+CHANNEL_CALLS = [
+    (("ORVFastRestoration", "AOS", 0, 1, *DIFFUSION, "PM", 0, 0), False),
+    (("ORVFastRestoration", "AOS", 0, 1, 2.0, 5, 0.05, 10.0, "PM", 0, 0), True),
+    (("ORVFastDenoiser", "AOS", 0, 1, 2.0, 2, 0.7, 10.0, 0.1, "VAR", 0, 0), False),
+    (("ORVFastDenoiser", "AOS", 0, 1, 2.0, 2, 0.05, 10.0, 0.1, "VAR", 0, 0), True),
+    (("ORVIFAosBarashOp", 1, 3, 0.1, 0.5, 1.0, 10.0, False, False), True),
+    (("ORVIFVanVieltBlurringIirOp", 2.0), True),
+    (("ORVIHomomorphicOp", 2.0, 8), True),
+    (("ORVRetinex", 2.0, 0.0001, 0.1, 3), True),
+    (("ORVIShockOp", 1, 2, 0.1), True),
+    (("ORVISusanRestoration", 1, 20.0, 3.0), True),
+    (("ORVWaveletDenoising", "SureShrink", -1, 0), True),
+    (("ORVISimpleColorTranfer", None), False),
+]
+
 # The calls of the table of progress values, by the name of their row.
 PROGRESS_CALLS = {
     "`ORVFastRestoration`, `AOS`, 1 iteration": ("ORVFastRestoration", "AOS", 0, 1, *DIFFUSION, "PM", 0, 0),
@@ -85,10 +101,11 @@ class Loaded:
             if name.startswith(("ConvertORV", "ORV", "GetORVImageData")):
                 getattr(self.library, name).restype = ctypes.c_void_p
 
-    def image(self, width, height):
-        """A handle with noise."""
+    def image(self, width, height, pixels=None):
+        """A handle with these pixels or with noise."""
         header = struct.pack("<IiiHH6I", 40, width, height, 1, 24, 0, 0, 0, 0, 0, 0)
-        pixels = random.Random(1).randbytes((3 * width + 3) // 4 * 4 * height)
+        if pixels is None:
+            pixels = random.Random(1).randbytes((3 * width + 3) // 4 * 4 * height)
         return ctypes.c_void_p(self.library.ConvertORVImage(header, pixels))
 
     def call(self, image, name, *arguments):
@@ -187,6 +204,26 @@ class Contract(unittest.TestCase):
             found = [len(values)] + ([values[0], values[-1], max(values)] if values else ["", "", ""])
             self.assertEqual(cells, [str(value) for value in found], name)
         loaded.library.DestroyORVImage(image)
+        loaded.close()
+
+    def test_the_order_of_the_channels_matters_where_the_page_says_so(self):
+        side = 32  # rows without padding
+        pixels = bytes(random.Random(2).choices(range(1, 256), k=3 * side * side))
+
+        def exchanged(samples):
+            """Red and blue in each other's place."""
+            return bytes(samples[i - i % 3 + 2 - i % 3] for i in range(len(samples)))
+
+        loaded = Loaded()
+        for call, alike in CHANNEL_CALLS:
+            results = []
+            for source in (pixels, exchanged(pixels)):
+                image = loaded.image(side, side, source)
+                result = loaded.call(image, *call)
+                results.append(ctypes.string_at(loaded.library.GetORVImageData(result), len(pixels)))
+                loaded.library.DestroyORVImage(result)
+                loaded.library.DestroyORVImage(image)
+            self.assertEqual(results[0] == exchanged(results[1]), alike, call)
         loaded.close()
 
     def test_a_library_that_is_loaded_again_starts_anew(self):
