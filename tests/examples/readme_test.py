@@ -58,6 +58,8 @@ class Readme(unittest.TestCase):
             "LD_LIBRARY_PATH": str(libraries),
             "PKG_CONFIG_PATH": str(libraries / "pkgconfig"),
             "CMAKE_PREFIX_PATH": str(tree),
+            # The default generator wants make, which the packages of the tests do not bring.
+            "CMAKE_GENERATOR": os.environ["ORV_GENERATOR"],
         }
         del self.environment["ORV_LIBRARY"]
         told = self.shell("orv --version")[1]
