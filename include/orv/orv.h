@@ -27,7 +27,8 @@
  *
  * @par Errors
  * A null handle is the only sign of failure: there is no error code, no message and no exception.
- * Every function that returns a handle also returns null when memory runs out.
+ * Every function that returns a handle also returns null when memory runs out; one alone may end
+ * the process instead, ORVWaveletDenoising.
  *
  * @par Results
  * Fractions of grey levels are cut off, not rounded: a restoration that changes nothing may still
@@ -209,7 +210,8 @@ ORV_EXPORT void* ORV_CALL ORVFastRestoration(void* image, const char* scheme, in
  * @param scheme            as in ORVFastRestoration
  * @param solverId          0 stands for 29, which may break down above 2 solverIterations: lines of
  *                          bytes 0 then, and more with small tau. Others as in ORVFastRestoration
- * @param iterations        as in ORVFastRestoration
+ * @param iterations        as in ORVFastRestoration; with 0 standing for 29, more steps may change
+ *                          the result with any solver
  * @param tau               as in ORVFastRestoration
  * @param solverIterations  as in ORVFastRestoration
  * @param sigma             as in ORVFastRestoration
@@ -291,6 +293,8 @@ ORV_EXPORT void* ORV_CALL ORVIFVanVieltBlurringIirOp(void* image, double sigma);
 ORV_EXPORT void* ORV_CALL ORVIHomomorphicOp(void* image, double gamma, int mode);
 
 /** Variational Retinex: estimates the illumination over a pyramid and takes its power out.
+ *
+ * Results are limited to 0 to 255.
  *
  * @param image             source, 8-bit samples 0 to 255
  * @param gamma             the illumination L becomes L to the power 1 / gamma; 1 gives the source
@@ -383,6 +387,7 @@ ORV_EXPORT void* ORV_CALL ORVISimpleColorTranfer(void* source, void* style);
  * Swatches lie at random places, drawn from a generator that every thread starts at the same state
  * and that no call sets back: a second call gives another picture. A black pixel has no logarithm:
  * a swatch that holds one is passed over, and a pixel of grey near one takes the first swatch.
+ * Results are limited to 0 to 255.
  *
  * @param grey              the picture that receives colour
  * @param colour            the picture that gives it

@@ -118,6 +118,27 @@ TEST(HostContract, OperationsOnPlanesLeaveTheLastThirdOfTheRange) {
     }
 }
 
+TEST(HostContract, SeveralStepsLeaveTwiceTheWidthOfAThirdForTheNextCall) {
+    const Handle image = test::photoHandle(16, 16, /*seed=*/1);
+    for (const char* scheme : {"AOS", "LOD", "2DSemi"}) {
+        SCOPED_TRACE(scheme);
+        test::ProgressRecording recording;
+
+        Handle(ORVFastRestoration(image.get(), scheme, 0, 2, 1.0, 5, 0.7, 10.0, "PM", 0, 0));
+        const ProgressWindow left = progressWindow();
+        recording.take();
+        Handle(restore(image.get(), "AOS"));
+        const std::vector<int> next = recording.take();
+
+        EXPECT_EQ(left.progressLow, 83);
+        EXPECT_EQ(left.progressHigh, 151);
+        ASSERT_FALSE(next.empty());
+        EXPECT_EQ(next.front(), 0);
+        EXPECT_GE(next.back(), 66);
+        EXPECT_LE(next.back(), 67);
+    }
+}
+
 TEST(HostContract, EveryThreadGivesTheSamePicture) {
     const SilencedOutput silence;
     const Handle image = test::photoHandle(16, 16, /*seed=*/1);
