@@ -11,8 +11,8 @@ orv_test_packages=("${orv_run_packages[@]}" libgtest-dev libeigen3-dev)
 orv_ci_packages=("${orv_test_packages[@]}" libbenchmark-dev ccache clang clang-format valgrind
     imagemagick mandoc zsh fish abigail-tools)
 
-# Not empty after packages were installed.
-orv_reconfigure=
+# Not empty after packages were installed, by a script that called this one too.
+orv_reconfigure=${orv_reconfigure:-}
 
 orv_say() {
     printf '%s\n' "$*" >&2
@@ -97,7 +97,7 @@ orv_need() {
             -e 's/^After this operation, \(.*\) of additional disk space.*/  \1 on disk/p' >&2
     orv_logged "$log" orv_as_root env DEBIAN_FRONTEND=noninteractive "${install[@]}" "${missing[@]}"
     # A build that was configured before has not seen the new packages.
-    orv_reconfigure=yes
+    export orv_reconfigure=yes
 }
 
 # orv_logged LOG COMMAND...: runs it quietly; when it fails, shows the end of the log and stops.
@@ -157,7 +157,8 @@ orv_build() {
     exec 9>&-
 }
 
-# orv_ctest FOLDER [OPTION...]: runs the tests of a build and sets orv_passed and orv_failed.
+# orv_ctest FOLDER [OPTION...]: runs the tests of a build and sets orv_passed, orv_failed and
+# orv_skipped.
 # A failed test prints its output, one that passes nothing.
 orv_ctest() {
     local folder=$1
@@ -171,6 +172,7 @@ orv_ctest() {
     if [ ! -f "$report" ]; then
         orv_passed=0
         orv_failed=1
+        orv_skipped=0
         return
     fi
     head=$(tr '\n\t' '  ' <"$report" | sed 's/<testcase.*//')
@@ -179,7 +181,8 @@ orv_ctest() {
     skipped=$(orv_attribute skipped "$head")
     disabled=$(orv_attribute disabled "$head")
     orv_failed=$failed
-    orv_passed=$((total - failed - skipped - disabled))
+    orv_skipped=$((skipped + disabled))
+    orv_passed=$((total - failed - orv_skipped))
     # A run without a single test has proved nothing.
     if [ "$orv_passed" -eq 0 ] && [ "$orv_failed" -eq 0 ]; then
         orv_failed=1
