@@ -100,6 +100,14 @@ orv_need() {
     export orv_reconfigure=yes
 }
 
+# orv_know_archives: fetches apt's lists of packages where they were thrown away, as in images that
+# hold all that is needed.
+orv_know_archives() {
+    if [ -z "$(apt-get indextargets 'Created-By: Packages' 'Origin: Debian' 2>/dev/null)" ]; then
+        orv_as_root apt-get update >/dev/null 2>&1 </dev/null || true
+    fi
+}
+
 # orv_logged LOG COMMAND...: runs it quietly; when it fails, shows the end of the log and stops.
 orv_logged() {
     local log=$1

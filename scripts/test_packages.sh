@@ -206,6 +206,7 @@ check dependencies dependencies
 check picture "$orv" blur "$photo" "$work/in.bmp" --force
 check example-outside example_outside
 
+orv_know_archives
 reason=$(no_chroot)
 if [ -n "$reason" ]; then
     skip fresh-debian "$reason"

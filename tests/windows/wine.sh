@@ -69,6 +69,7 @@ wine32_prepare() {
     if [ -f "$wine32_debian/ready" ]; then
         return
     fi
+    orv_know_archives
     wine32_lack=$(wine32_why_not)
     if [ -n "$wine32_lack" ]; then
         return
