@@ -520,6 +520,23 @@ class Batch(WindowsCase):
         self.assertEqual((self.folder / "out" / "a.png").stat().st_mtime_ns, stamp)
         self.assertEqual(self.files(), [".orv/a.png.json", ".orv/b.png.json", "a.png", "b.png"])
 
+    def test_pictures_stay_by_whatever_name_their_folder_goes(self):
+        before = (self.folder / "in" / "a.png").read_bytes()
+        (self.folder / "link").symlink_to("in")
+        for folder in ("IN", "link", "in\\."):
+            code, _, errors = self.orv("batch", "blur", "in", "-o", folder, "--force")
+            self.assertEqual(code, 4, errors)
+            self.assertIn("is the picture itself, which a batch never overwrites", errors)
+            self.assertEqual((self.folder / "in" / "a.png").read_bytes(), before, folder)
+
+    def test_names_that_differ_in_case_are_one(self):
+        (self.folder / "in" / "b.png").unlink()
+        write_netpbm(self.folder / "in" / "A.ppm", WIDTH, HEIGHT, samples(WIDTH, HEIGHT, 3))
+        code, _, errors = self.orv("batch", "blur", "in", "-o", "out", "--format", "png")
+        self.assertEqual(code, 2)
+        self.assertIn("would both become out/", errors)
+        self.assertFalse((self.folder / "out").exists())
+
     def test_results_that_stand_are_not_overwritten(self):
         (self.folder / "out").mkdir()
         (self.folder / "out" / "a.png").write_bytes(b"mine")

@@ -15,6 +15,23 @@ namespace orv::cli {
 
 namespace {
 
+/// realPlace() by the standard library, which on Windows follows no links and leaves large and small
+/// letters as they were written.
+std::string plainPlace(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path place =
+        std::filesystem::weakly_canonical(standardPath(path), error);
+    std::string text = error ? path : pathText(place);
+    while (text.size() > 1 && text.back() == '/' && standardPath(text).has_relative_path()) {
+        text.pop_back();
+    }
+    // What doesn't exist yet keeps a path that isn't absolute.
+    if (!error && !text.empty() && standardPath(text).is_relative()) {
+        text = pathText(std::filesystem::current_path(error) / standardPath(text));
+    }
+    return text;
+}
+
 bool isWithin(const std::string& path, const std::string& folder) {
     return path == folder || (path.size() > folder.size() && path[folder.size()] == '/' &&
                               path.compare(0, folder.size(), folder) == 0);
@@ -117,16 +134,15 @@ int BatchPlan::count(BatchStatus status) const {
 }
 
 std::string realPlace(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::path place =
-        std::filesystem::weakly_canonical(standardPath(path), error);
-    std::string text = error ? path : pathText(place);
-    while (text.size() > 1 && text.back() == '/') {
-        text.pop_back();
-    }
-    // What doesn't exist yet keeps a path that isn't absolute.
-    if (!error && !text.empty() && standardPath(text).is_relative()) {
-        text = pathText(std::filesystem::current_path(error) / standardPath(text));
+    const std::string text = plainPlace(path);
+    // What exists of it has one name. "C:" alone would be the folder where the program runs.
+    for (std::size_t end = text.size();
+         end != std::string::npos && standardPath(text.substr(0, end)).has_relative_path();
+         end = text.rfind('/', end - 1)) {
+        const std::string there = resolvedPath(text.substr(0, end));
+        if (!there.empty()) {
+            return there + text.substr(end);
+        }
     }
     return text;
 }

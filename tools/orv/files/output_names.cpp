@@ -35,15 +35,15 @@ std::string resultEnding(const std::string& input, std::string_view wanted) {
     return haveLibrary() ? ".png" : ".bmp";
 }
 
-/// A name that tells where a file really is, as far as its folders exist.
+/// A name that tells where a file really is, as far as its folders exist; for comparison alone.
 std::string placeOf(const std::string& path) {
     std::string resolved = resolvedPath(path);
     if (!resolved.empty()) {
-        return resolved;
+        return foldedPath(resolved);
     }
     const std::string folder = folderOf(path);
     resolved = resolvedPath(folder.empty() ? "." : folder);
-    return resolved.empty() ? path : resolved + "/" + fileNameOf(path);
+    return foldedPath(resolved.empty() ? path : resolved + "/" + fileNameOf(path));
 }
 
 /// Fills a pattern in for one picture.

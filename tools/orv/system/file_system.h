@@ -92,6 +92,10 @@ std::string makeTemporaryFile(const std::string& folder, unsigned mode);
 /// Fails:   an empty text, so when there is nothing at the path.
 std::string resolvedPath(const std::string& path);
 
+/// A text that is the same for all spellings of a path that the system takes for one: on Windows
+/// those with large and with small letters. For comparison alone.
+std::string foldedPath(const std::string& path);
+
 /// All names in a folder but "." and "..", in any order.
 bool listFolder(const std::string& folder, std::vector<std::string>& names);
 

@@ -134,6 +134,10 @@ std::string resolvedPath(const std::string& path) {
     return realpath(path.c_str(), resolved.data()) == nullptr ? std::string() : resolved.data();
 }
 
+std::string foldedPath(const std::string& path) {
+    return path;
+}
+
 bool listFolder(const std::string& folder, std::vector<std::string>& names) {
     const auto close = [](DIR* stream) { closedir(stream); };
     const std::unique_ptr<DIR, decltype(close)> stream(

@@ -149,6 +149,12 @@ std::string resolvedPath(const std::string& path) {
     return narrowPath(wide);
 }
 
+std::string foldedPath(const std::string& path) {
+    std::wstring wide = wideText(path);
+    CharUpperBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+    return narrowText(wide);
+}
+
 bool listFolder(const std::string& folder, std::vector<std::string>& names) {
     FileState state;
     if (!readState(folder, state)) {
