@@ -273,6 +273,15 @@ class Jpeg(WindowsCase):
                 self.assertEqual(a[:4], b[:4])
                 self.assertLessEqual(max(abs(x - y) for x, y in zip(a[4], b[4])), 3)
 
+    def test_bytes_between_segments_hide_nothing(self):
+        self.soft_png("in.png")
+        self.here("restore", "in.png", "in.jpg", *KEEP, "--quiet")
+        data = with_segment((self.folder / "in.jpg").read_bytes(), 0xE1, exif(6))
+        at = data.index(b"\xff\xe1")
+        (self.folder / "in.jpg").write_bytes(data[:at] + b"\xff\xff" + data[at:])
+        self.done("restore", "in.jpg", "wine.png", *KEEP, "--quiet")
+        self.assertEqual(self.pixels("wine.png")[:2], (HEIGHT, WIDTH))
+
 
 @NEEDS_VIPS
 class Metadata(WindowsCase):
@@ -401,6 +410,16 @@ class Files(WindowsCase):
                     self.assertEqual((code, out), (3, ""), errors)
                     self.assertRegex(errors, rf"^orv: a\.{ending}: .*(damaged|cut short)")
                     self.assertEqual(self.names(), before)
+
+    def test_a_bmp_is_measured_by_its_rows(self):
+        self.done("restore", "in.ppm", "a.bmp", *KEEP, "--quiet")
+        whole = (self.folder / "a.bmp").read_bytes()
+        for told in (0, 0xFFFFFFFF):
+            (self.folder / "a.bmp").write_bytes(whole[:2] + told.to_bytes(4, "little") + whole[6:])
+            self.done("restore", "a.bmp", "b.ppm", *KEEP, "--quiet", "--force")
+            self.assertEqual(read_netpbm(self.folder / "b.ppm"), read_netpbm(self.folder / "in.ppm"))
+            (self.folder / "a.bmp").write_bytes(whole[:2] + told.to_bytes(4, "little") + whole[6:-1])
+            self.assertEqual(self.orv("restore", "a.bmp", "c.ppm")[0], 3)
 
     def test_wrong_checksum_of_a_png(self):
         self.png("in.png")

@@ -1,6 +1,8 @@
 #include "files/wic_blocks.h"
 
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 
 namespace orv::cli {
@@ -47,6 +49,10 @@ template <class Visit>
 std::size_t walkSegments(std::string_view file, Visit visit) {
     std::size_t at = 2;
     while (at + 4 <= file.size() && file[at] == '\xff') {
+        if (file[at + 1] == '\xff') {
+            ++at;  // A marker may follow any number of such bytes.
+            continue;
+        }
         const auto marker = static_cast<unsigned char>(file[at + 1]);
         const std::size_t length = 2 + number(file, at + 2, 2);
         constexpr unsigned char kScan = 0xda;
@@ -66,6 +72,25 @@ std::string segmentOf(char marker, const std::string& body) {
            body;
 }
 
+/// The size that a BMP tells of itself is wrong in many, so that its rows are counted.
+bool isBmpCutShort(std::string_view file) {
+    constexpr std::size_t kInfoHeader = 40;
+    constexpr std::size_t kBitFields = 3;
+    const auto field = [file](std::size_t at, std::size_t count) {
+        return number(file, at, count, /*big=*/false);
+    };
+    const std::size_t compression = field(30, 4);
+    if (field(14, 4) < kInfoHeader || (compression != 0 && compression != kBitFields)) {
+        return false;  // An old header, or rows of any length.
+    }
+    const auto height = static_cast<std::int32_t>(static_cast<std::uint32_t>(field(22, 4)));
+    const double words =
+        std::ceil(static_cast<double>(field(18, 4)) * static_cast<double>(field(28, 2)) / 32.0);
+    const double end =
+        static_cast<double>(field(10, 4)) + 4.0 * words * std::abs(static_cast<double>(height));
+    return end > static_cast<double>(file.size());
+}
+
 }  // namespace
 
 bool isCutShort(Format format, std::string_view file) {
@@ -79,8 +104,7 @@ bool isCutShort(Format format, std::string_view file) {
             walkSegments(file, [](unsigned char, std::size_t, std::size_t) { return false; });
         return file.find("\xff\xd9"sv, pixels) == std::string_view::npos;
     }
-    constexpr std::size_t kBmpSize = 2;
-    return format == Format::Bmp && number(file, kBmpSize, 4, /*big=*/false) > file.size();
+    return format == Format::Bmp && isBmpCutShort(file);
 }
 
 std::string_view jpegSegment(std::string_view file, unsigned char marker,

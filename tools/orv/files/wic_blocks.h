@@ -12,7 +12,7 @@ namespace orv::cli {
 // Component differ in what they tell and in what they forgive.
 
 /// Whether a file ends before its pixels do, as far as its frame tells: a PNG has its last chunk, a
-/// JPEG the mark of its end, a BMP as many bytes as it says.
+/// JPEG the mark of its end, a BMP its last row.
 bool isCutShort(Format format, std::string_view file);
 
 /// The body of the first segment of a JPEG that has a marker and begins with a text, without that
