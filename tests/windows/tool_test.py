@@ -383,6 +383,12 @@ class Files(WindowsCase):
         self.done("restore", "B*.ppm", "-o", "out\\", *KEEP, "--quiet")
         self.assertEqual(sorted(path.name for path in (self.folder / "out").iterdir()), ["b10.ppm", "b2.ppm"])
 
+    def test_pattern_below_a_share(self):
+        # Wine has no share of its own; this name of a drive begins as one does.
+        pattern = "\\\\.\\Z:" + str(self.folder).replace("/", "\\") + "\\i*.ppm"
+        self.done("restore", pattern, "-o", "out\\", *KEEP, "--quiet")
+        self.assertEqual([path.name for path in (self.folder / "out").iterdir()], ["in.ppm"])
+
     def test_missing_file(self):
         code, out, errors = self.orv("restore", "no.png")
         self.assertEqual((code, out, errors), (3, "", "orv: no.png: no such file\n"))

@@ -168,9 +168,9 @@ bool isPattern(const std::string& word) {
 
 std::string addPattern(const std::string& word, const InputSettings& settings,
                        std::vector<InputFile>& files) {
-    std::string base = word[0] == '/' ? "/" : "";
+    std::string base = rootOf(word);
     std::vector<std::string> parts;
-    for (std::size_t at = 0; at < word.size();) {
+    for (std::size_t at = base.size(); at < word.size();) {
         const std::size_t end = std::min(word.find('/', at), word.size());
         const std::string part = word.substr(at, end - at);
         at = end + 1;

@@ -96,6 +96,10 @@ std::string resolvedPath(const std::string& path);
 /// those with large and with small letters. For comparison alone.
 std::string foldedPath(const std::string& path);
 
+/// What a path from the root begins with, to the slash: "/", or on Windows "C:/" and "//server/"
+/// as well; empty for other paths.
+std::string rootOf(const std::string& path);
+
 /// All names in a folder but "." and "..", in any order.
 bool listFolder(const std::string& folder, std::vector<std::string>& names);
 

@@ -138,6 +138,10 @@ std::string foldedPath(const std::string& path) {
     return path;
 }
 
+std::string rootOf(const std::string& path) {
+    return !path.empty() && path[0] == '/' ? "/" : "";
+}
+
 bool listFolder(const std::string& folder, std::vector<std::string>& names) {
     const auto close = [](DIR* stream) { closedir(stream); };
     const std::unique_ptr<DIR, decltype(close)> stream(

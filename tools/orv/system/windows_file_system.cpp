@@ -155,6 +155,13 @@ std::string foldedPath(const std::string& path) {
     return narrowText(wide);
 }
 
+std::string rootOf(const std::string& path) {
+    const bool share = path.compare(0, 2, "//") == 0;
+    const bool drive = path.size() > 2 && path[1] == ':' && path[2] == '/';
+    const std::size_t end = share ? path.find('/', 2) : drive ? 2 : 0;
+    return end < path.size() && path[end] == '/' ? path.substr(0, end + 1) : std::string();
+}
+
 bool listFolder(const std::string& folder, std::vector<std::string>& names) {
     FileState state;
     if (!readState(folder, state)) {
