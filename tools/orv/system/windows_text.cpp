@@ -39,11 +39,12 @@ std::string narrowText(std::wstring_view text) {
 std::wstring widePath(std::string_view path) {
     std::wstring wide = wideText(path.empty() ? std::string_view(".") : path);
     std::replace(wide.begin(), wide.end(), L'/', L'\\');
-    if (wide.size() < kLongPath) {
+    // The limit is that of the whole path, of which the folder where the program runs may be most.
+    const DWORD size = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
+    if (std::max<std::size_t>(wide.size(), size) < kLongPath) {
         return wide;
     }
     // Under the mark a path has to be absolute and free of detours.
-    const DWORD size = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
     std::wstring full(size, L'\0');
     full.resize(GetFullPathNameW(wide.c_str(), size, full.data(), nullptr));
     if (full.empty() || full.compare(0, kLong.size(), kLong) == 0) {
