@@ -91,6 +91,14 @@ class WindowsCase(FolderCase):
         self.assertEqual((code, errors), (0, ""), arguments)
         return out
 
+    def wait_for(self, condition):
+        """Waits for what other programs do."""
+        for _ in range(600):
+            if condition():
+                return
+            time.sleep(0.05)
+        self.fail("waited in vain")
+
     def pixels(self, name):
         """Size, channels, depth and samples of a picture as the tool of this machine reads it."""
         self.here("restore", name, "pixels.png", *KEEP, "--force", "--quiet")
@@ -560,6 +568,28 @@ class Batch(WindowsCase):
         code, _, errors = self.orv("batch", "blur", "in", "-o", "out", "--format", "png")
         self.assertEqual(code, 2)
         self.assertIn("would both become out/", errors)
+        self.assertFalse((self.folder / "out").exists())
+
+    def test_ctrl_c_ends_the_workers_and_a_folder_is_for_one(self):
+        side = 500
+        for name in ("large", "other"):
+            text = b"P6\n%d %d\n255\n" % (side, side) + bytes(range(250)) * (side * side * 3 // 250)
+            (self.folder / "in" / f"{name}.ppm").write_bytes(text)
+        options = ("--include", "*.ppm", "--steps", "900", "--jobs", "2", "-o", "out")
+        with tempfile.TemporaryFile() as errors:
+            command = ["wine", str(PROGRAM), "batch", "denoise", "in", *options]
+            settings = {**os.environ, **WINE_SETTINGS}
+            running = subprocess.Popen(
+                command, stdin=subprocess.DEVNULL, stdout=errors, stderr=errors, cwd=self.folder, env=settings
+            )
+            self.addCleanup(running.kill)
+            self.wait_for(lambda: len(list(self.folder.glob("out/.orv/.work/*/.orv-*"))) == 4)
+            code, _, told = self.orv("batch", "blur", "in", "-o", "OUT")
+            self.assertEqual((code, told.split("; ")[0]), (4, "orv: OUT: another batch writes into this folder"))
+            running.send_signal(signal.SIGINT)
+            running.wait(60)
+            errors.seek(0)
+            self.assertIn(b"orv: cancelled, 0 of 2 pictures are done; --resume does the rest\n", errors.read())
         self.assertFalse((self.folder / "out").exists())
 
     def test_results_that_stand_are_not_overwritten(self):
