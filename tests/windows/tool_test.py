@@ -409,6 +409,25 @@ class Files(WindowsCase):
         self.done("restore", "in.ppm", "-o", "out.bmp", "--force", "--quiet")
         self.assertEqual((self.folder / "out.bmp").read_bytes()[:2], b"BM")
 
+    def test_waits_for_a_program_that_holds_the_result(self):
+        result, told = self.folder / "out.bmp", 2154
+        result.write_bytes(b"mine")
+        settings = {**os.environ, **WINE_SETTINGS}
+        holding = ["wine", "cmd", "/c", "pause > out.bmp"]
+        holder = subprocess.Popen(
+            holding, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, cwd=self.folder, env=settings
+        )
+        self.addCleanup(holder.communicate)
+        self.addCleanup(holder.kill)
+        self.wait_for(lambda: result.read_bytes() != b"mine")
+        command = ["wine", str(PROGRAM), "restore", "in.ppm", "out.bmp", *KEEP, "--force", "--quiet"]
+        running = subprocess.Popen(command, stdin=subprocess.DEVNULL, cwd=self.folder, env=settings)
+        self.wait_for(lambda: any(path.stat().st_size == told for path in self.folder.glob(".orv-*")))
+        time.sleep(0.1)
+        holder.kill()
+        self.assertEqual(running.wait(60), 0)
+        self.assertEqual(result.stat().st_size, told)
+
     def test_damaged_files(self):
         self.done("restore", "in.ppm", "a.png", *KEEP, "--quiet")
         self.done("restore", "in.ppm", "a.jpg", *KEEP, "--quiet")

@@ -67,6 +67,25 @@ bool done(BOOL result) {
     return result != 0 || noteError(GetLastError());
 }
 
+/// Other programs, as those that look for viruses, may hold a new file for a moment.
+bool moveFile(const std::string& from, const std::string& to, DWORD flags) {
+    constexpr int kAttempts = 40;
+    constexpr DWORD kMilliseconds = 50;
+    const std::wstring source = widePath(from);
+    const std::wstring target = widePath(to);
+    for (int attempt = 1;; ++attempt) {
+        if (MoveFileExW(source.c_str(), target.c_str(), flags) != 0) {
+            return true;
+        }
+        const DWORD error = GetLastError();
+        const bool held = error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+        if (!held || attempt == kAttempts) {
+            return noteError(error);
+        }
+        Sleep(kMilliseconds);
+    }
+}
+
 }  // namespace
 
 bool readState(const std::string& path, FileState& state) {
@@ -94,12 +113,11 @@ bool removeFolder(const std::string& path) {
 }
 
 bool replaceFile(const std::string& from, const std::string& to) {
-    return done(
-        MoveFileExW(widePath(from).c_str(), widePath(to).c_str(), MOVEFILE_REPLACE_EXISTING));
+    return moveFile(from, to, MOVEFILE_REPLACE_EXISTING);
 }
 
 bool renameToFree(const std::string& from, const std::string& to) {
-    return done(MoveFileExW(widePath(from).c_str(), widePath(to).c_str(), 0));
+    return moveFile(from, to, 0);
 }
 
 bool isWritable(const std::string& path) {
