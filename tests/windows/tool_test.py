@@ -48,7 +48,12 @@ WIDTH, HEIGHT = 33, 21
 # The chunk of a PNG of 300 dots an inch.
 DOTS_300 = chunk(b"pHYs", (11811).to_bytes(4, "big") * 2 + b"\1")
 NEEDS_VIPS = unittest.skipUnless(HAVE_VIPS, "the tool to compare with is without libvips")
-WINE_SETTINGS = {"WINEPREFIX": str(PREFIX), "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=", "DISPLAY": ""}
+WINE_SETTINGS = {
+    "WINEPREFIX": str(PREFIX),
+    "WINEDEBUG": "-all",
+    "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe=",
+    "DISPLAY": "",
+}
 
 
 def wine(*arguments, cwd, stdin=b""):

@@ -10,8 +10,9 @@ wine32_debian="$wine_root/debian-i386"
 wine64_lack=
 wine32_lack=
 
-# Keeps Wine from asking for Mono and Gecko, which nothing here needs.
-wine_settings=(WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=" DISPLAY=)
+# Keeps Wine from asking for Mono and Gecko, which nothing here needs, and from making folders for
+# menus in the home directory.
+wine_settings=(WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=" DISPLAY=)
 
 # wine64_prepare: makes Wine's folder, once.
 wine64_prepare() {
