@@ -145,11 +145,11 @@ make_fresh() {
     cp -L /etc/resolv.conf /etc/hosts "$fresh/etc/"
     mount -t proc proc "$fresh/proc"
     mkdir "$fresh/host"
-    cp "$debs"/*.deb "$example" "$work/in.bmp" "$photo" "$fresh/host/"
+    cp "$debs"/*.deb "$work/in.bmp" "$photo" "$fresh/host/"
     inside 'apt-get update'
 }
 
-# inside COMMANDS: runs them in the chroot, in the folder that holds packages and example.
+# inside COMMANDS: runs them in the chroot, in the folder that holds the packages.
 inside() {
     env -u LD_PRELOAD PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TMPDIR=/tmp LC_ALL=C \
         DEBIAN_FRONTEND=noninteractive chroot "$fresh" /bin/sh -ec "cd /host; $1"
@@ -216,7 +216,7 @@ check fresh-debian make_fresh || finish
 check fresh-dependencies prepare_fresh || finish
 check install-library inside 'apt-get install -y ./liborv1_*.deb ./liborv-dev_*.deb'
 check loader-knows-library inside 'ldconfig -p | grep liborv.so.1'
-check compile-example inside "$compile"
+check compile-example inside "cp /usr/share/doc/liborv-dev/examples/restore_bmp.c .; $compile"
 check run-example inside './restore_bmp in.bmp out.bmp'
 check same-picture compare_pictures
 check install-tool inside 'apt-get install -y ./orv_*.deb'

@@ -121,8 +121,16 @@ def version(dll):
             yield f"lacks {line}"
 
 
+def kernels(dll):
+    """The code for each instruction set is inside; 32-bit libraries have the generic one alone."""
+    code = dll.tool("objdump", "-d", "--no-show-raw-insn", dll.path)
+    for register in ("%ymm", "%zmm"):
+        if (register in code) != (dll.machine == "x86_64"):
+            yield f"{'lacks' if dll.machine == 'x86_64' else 'has'} code with {register}"
+
+
 CHECKS = {check.__name__.replace("_", "-"): check
-          for check in (exports, imports, image, entry_point, import_library, version)}
+          for check in (exports, imports, image, entry_point, import_library, version, kernels)}
 
 
 def main():
