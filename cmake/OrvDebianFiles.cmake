@@ -1,6 +1,12 @@
 # Run by CPack after the components are staged and before they are packed: gives each package what
 # Debian asks of it and nobody else needs. Copyright, change log, compressed manual page, folder of
 # zsh completions, stripped programs, the examples.
+find_program(shlibdeps dpkg-shlibdeps)
+if(NOT shlibdeps)
+    # CPack would go on and make packages that ask for no library at all.
+    message(FATAL_ERROR "dpkg-shlibdeps is missing, which finds what the packages need: "
+        "apt install dpkg-dev file")
+endif()
 set(debian ${CPACK_ORV_SOURCE}/cmake/debian)
 set(file_mode OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 

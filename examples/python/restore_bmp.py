@@ -85,7 +85,8 @@ def load_library(name):
             getattr(library, function).restype = result
             getattr(library, function).argtypes = arguments
     except (OSError, AttributeError) as error:
-        raise Failure(f"cannot load the library: {error}") from error
+        hint = "--library FILE or ORV_LIBRARY names another"
+        raise Failure(f"cannot load the library: {error} ({hint})") from error
     return library
 
 

@@ -9,7 +9,7 @@
  *     void* photo = ConvertORVImage(&header, pixels);
  *     void* result = ORVFastRestoration(photo, "AOS", 0, 1, 2.0, 5, 0.7, 10.0, "PM", 0, 0);
  *     if (result != NULL) {
- *         memcpy(out, GetORVImageData(result), 3 * width * height);
+ *         memcpy(out, GetORVImageData(result), 3 * (size_t)width * height);
  *     }
  *     DestroyORVImage(result);
  *     DestroyORVImage(photo);
@@ -179,7 +179,8 @@ ORV_EXPORT unsigned char* ORV_CALL GetORVImageData(void* image);
  *                          length of the solvers 24 to 30 and 32, with which each iteration takes
  *                          more memory and time than the one before. The solvers 1 to 3, 21 and 22
  *                          use all of them, so does every solver that breaks down
- * @param sigma             scale of the presmoothing, pixels; 0.05 or less for none
+ * @param sigma             scale of the presmoothing, pixels; 0.05 or less for none. With it the
+ *                          edges of the first channel steer all three
  * @param contrast          grey levels; slopes well above it are kept as edges
  * @param flow              what is diffused. The first of the keywords "PM" (Perona and Malik),
  *                          "WE2", "WE3", "WE4" (Weickert), "WE" (the same as "WE4"), "VAR"
@@ -298,8 +299,9 @@ ORV_EXPORT void* ORV_CALL ORVIHomomorphicOp(void* image, double gamma, int mode)
  *
  * @param image             source, 8-bit samples 0 to 255
  * @param gamma             the illumination L becomes L to the power 1 / gamma; 1 gives the source
- * @param alpha             weight of the distance between illumination and picture
- * @param beta              weight of the smoothness of the reflectance
+ * @param alpha             weight of the distance between illumination and picture; 0.0001 is a good
+ *                          value, large ones darken
+ * @param beta              weight of the smoothness of the reflectance; 0.1 is a good value
  * @param levels            levels of the pyramid, each half as wide and high as the one before
  *
  * @return a new handle with the size of the source, or null when
@@ -346,7 +348,8 @@ ORV_EXPORT void* ORV_CALL ORVISusanRestoration(void* image, int iterations, doub
  *
  * A picture whose longer side is not a power of two, or whose shorter side would be odd at one of
  * the levels, is padded with zeros to a square. That dims its border and makes the estimate of the
- * noise too low: none at all when the picture covers less than about half of the square.
+ * noise too low: none at all when the picture covers less than about half of the square. Mirror such
+ * a picture out to a power of two first.
  * Results are not clamped: a sample that leaves 0 to 255 keeps its low byte.
  * "Brownian" writes lines to the standard output. When a working array cannot be had, a line goes
  * to the standard error stream and the process ends with status 1.
