@@ -91,7 +91,7 @@ def converted(library, width, height):
 
 
 def as_c(argument, image):
-    """An argument of CALLS as ctypes passes it."""
+    """An argument as ctypes passes it; "image" stands for the image once more."""
     if argument == "image":
         return image
     if isinstance(argument, bool):
@@ -166,12 +166,12 @@ def main():
         child(sys.argv[2], width, height, export, arguments)
         return
     parser = argparse.ArgumentParser()
-    parser.add_argument("library")
+    parser.add_argument("shared_object", metavar="LIBRARY")
     parser.add_argument("--megapixels", type=float, default=4)
     parser.add_argument("--only", default="")
     parser.add_argument("--solvers", action="store_true")
     options = parser.parse_args()
-    library = os.path.abspath(options.library)
+    library = os.path.abspath(options.shared_object)
     good = [report(name, library, *row) for name, *row in rows(options) if options.only in name]
     sys.exit(0 if good and all(good) else 1)
 

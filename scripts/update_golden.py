@@ -57,14 +57,14 @@ def written(runner, library):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     default = os.path.join(ROOT, "build", "release", "src", "liborv.so")
-    parser.add_argument("library", nargs="?", default=default)
+    parser.add_argument("shared_object", metavar="LIBRARY", nargs="?", default=default)
     parser.add_argument("--runner")
     parser.add_argument("--check", action="store_true")
     options = parser.parse_args()
 
     with open(TABLE, encoding="utf-8", newline="") as file:
         before = file.read()
-    after = written(options.runner or runner_beside(options.library), options.library)
+    after = written(options.runner or runner_beside(options.shared_object), options.shared_object)
     lines = list(moves(rows(before), rows(after)))
     print("\n".join(lines) if lines else "No case has moved.")
     if options.check:

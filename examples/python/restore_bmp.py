@@ -298,12 +298,12 @@ def main():
     parser = argparse.ArgumentParser(
         prog="restore_bmp", usage="%(prog)s [--library FILE] IN.bmp OUT.bmp"
     )
-    parser.add_argument("--library", metavar="FILE")
+    parser.add_argument("--library", metavar="FILE", dest="library_file")
     parser.add_argument("input")
     parser.add_argument("output")
     arguments = parser.parse_args()
     try:
-        library = load_library(arguments.library)
+        library = load_library(arguments.library_file)
         picture = read_picture(arguments.input)
         print(f"{arguments.input}: {picture.width} x {picture.height} pixels", flush=True)
         before, after = process(library, arguments.input, picture)

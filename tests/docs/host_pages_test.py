@@ -14,11 +14,16 @@ import shlex
 import statistics
 import struct
 import subprocess
+import sys
 import tempfile
 import unittest
 from pathlib import Path
 
 SOURCE = Path(os.environ["ORV_SOURCE"])
+sys.path.insert(0, str(SOURCE / "scripts"))
+
+from measure_host_memory import as_c  # noqa: E402
+
 LIBRARY = Path(os.environ["ORV_LIBRARY"])
 PROGRAMS_PAGE = SOURCE / "docs" / "hosts.md"
 CONTRACT_PAGE = SOURCE / "docs" / "hosts" / "exports.md"
@@ -38,7 +43,7 @@ CHANNEL_CALLS = [
     (("ORVIShockOp", 1, 2, 0.1), True),
     (("ORVISusanRestoration", 1, 20.0, 3.0), True),
     (("ORVWaveletDenoising", "SureShrink", -1, 0), True),
-    (("ORVISimpleColorTranfer", None), False),
+    (("ORVISimpleColorTranfer", "image"), False),
 ]
 
 # The calls of the table of progress values, by the name of their row.
@@ -54,8 +59,8 @@ PROGRESS_CALLS = {
     "`ORVIHomomorphicOp`, mode 1": ("ORVIHomomorphicOp", 2.0, 1),
     "`ORVISusanRestoration`, 1 pass": ("ORVISusanRestoration", 1, 20.0, 3.0),
     "`ORVISusanRestoration`, 3 passes": ("ORVISusanRestoration", 3, 20.0, 3.0),
-    "`ORVISimpleColorTranfer`": ("ORVISimpleColorTranfer", None),
-    "`ORVIColorToGreyTranfertOp`": ("ORVIColorToGreyTranfertOp", None),
+    "`ORVISimpleColorTranfer`": ("ORVISimpleColorTranfer", "image"),
+    "`ORVIColorToGreyTranfertOp`": ("ORVIColorToGreyTranfertOp", "image"),
     "`ORVIFVanVieltBlurringIirOp`": ("ORVIFVanVieltBlurringIirOp", 2.0),
     "`ORVRetinex`": ("ORVRetinex", 2.0, 0.1, 0.1, 3),
     "`ORVIShockOp`": ("ORVIShockOp", 1, 2, 0.1),
@@ -81,39 +86,28 @@ def declarations():
         yield name, [argument.split()[-1].lstrip("*") for argument in arguments.split(",")]
 
 
-def as_c(argument, image):
-    """An argument of PROGRESS_CALLS as ctypes passes it; None stands for the image once more."""
-    if argument is None:
-        return image
-    if isinstance(argument, bool):
-        return ctypes.c_bool(argument)
-    if isinstance(argument, float):
-        return ctypes.c_double(argument)
-    return argument.encode() if isinstance(argument, str) else ctypes.c_int(argument)
-
-
 class Loaded:
     """The library, loaded anew."""
 
     def __init__(self):
-        self.library = ctypes.CDLL(str(LIBRARY))
+        self.orv = ctypes.CDLL(str(LIBRARY))
         for name, arguments in declarations():
             if name.startswith(("ConvertORV", "ORV", "GetORVImageData")):
-                getattr(self.library, name).restype = ctypes.c_void_p
+                getattr(self.orv, name).restype = ctypes.c_void_p
 
     def image(self, width, height, pixels=None):
         """A handle with these pixels or with noise."""
         header = struct.pack("<IiiHH6I", 40, width, height, 1, 24, 0, 0, 0, 0, 0, 0)
         if pixels is None:
             pixels = random.Random(1).randbytes((3 * width + 3) // 4 * 4 * height)
-        return ctypes.c_void_p(self.library.ConvertORVImage(header, pixels))
+        return ctypes.c_void_p(self.orv.ConvertORVImage(header, pixels))
 
     def call(self, image, name, *arguments):
-        result = getattr(self.library, name)(image, *(as_c(argument, image) for argument in arguments))
+        result = getattr(self.orv, name)(image, *(as_c(argument, image) for argument in arguments))
         return ctypes.c_void_p(result)
 
     def close(self):
-        _ctypes.dlclose(self.library._handle)
+        _ctypes.dlclose(self.orv._handle)
 
 
 class Programs(unittest.TestCase):
@@ -197,13 +191,13 @@ class Contract(unittest.TestCase):
         callback = ctypes.CFUNCTYPE(None, ctypes.c_int)(values.append)
         for name, *cells in rows:
             values.clear()
-            loaded.library.SetORVCallBack(callback)
+            loaded.orv.SetORVCallBack(callback)
             result = loaded.call(image, *PROGRESS_CALLS[name])
             self.assertTrue(result.value, name)
-            loaded.library.DestroyORVImage(result)
+            loaded.orv.DestroyORVImage(result)
             found = [len(values)] + ([values[0], values[-1], max(values)] if values else ["", "", ""])
             self.assertEqual(cells, [str(value) for value in found], name)
-        loaded.library.DestroyORVImage(image)
+        loaded.orv.DestroyORVImage(image)
         loaded.close()
 
     def test_the_order_of_the_channels_matters_where_the_page_says_so(self):
@@ -220,9 +214,9 @@ class Contract(unittest.TestCase):
             for source in (pixels, exchanged(pixels)):
                 image = loaded.image(side, side, source)
                 result = loaded.call(image, *call)
-                results.append(ctypes.string_at(loaded.library.GetORVImageData(result), len(pixels)))
-                loaded.library.DestroyORVImage(result)
-                loaded.library.DestroyORVImage(image)
+                results.append(ctypes.string_at(loaded.orv.GetORVImageData(result), len(pixels)))
+                loaded.orv.DestroyORVImage(result)
+                loaded.orv.DestroyORVImage(image)
             self.assertEqual(results[0] == exchanged(results[1]), alike, call)
         loaded.close()
 
@@ -234,9 +228,9 @@ class Contract(unittest.TestCase):
             noise = bytes(random.Random(3).choices(range(98, 159), k=stride * height))
             image = loaded.image(width, height, noise)
             result = loaded.call(image, "ORVWaveletDenoising", "SureShrink", -1, 3)
-            pixels = ctypes.string_at(loaded.library.GetORVImageData(result), 3 * width * height)
-            loaded.library.DestroyORVImage(result)
-            loaded.library.DestroyORVImage(image)
+            pixels = ctypes.string_at(loaded.orv.GetORVImageData(result), 3 * width * height)
+            loaded.orv.DestroyORVImage(result)
+            loaded.orv.DestroyORVImage(image)
             loaded.close()
             return statistics.pstdev(pixels)
 
@@ -247,11 +241,11 @@ class Contract(unittest.TestCase):
         def two_pictures():
             loaded = Loaded()
             image = loaded.image(24, 24)
-            results = [loaded.call(image, "ORVIColorToGreyTranfertOp", None) for _ in range(2)]
-            pictures = [ctypes.string_at(loaded.library.GetORVImageData(result), 3 * 24 * 24)
+            results = [loaded.call(image, "ORVIColorToGreyTranfertOp", "image") for _ in range(2)]
+            pictures = [ctypes.string_at(loaded.orv.GetORVImageData(result), 3 * 24 * 24)
                         for result in results]
             for handle in (image, *results):
-                loaded.library.DestroyORVImage(handle)
+                loaded.orv.DestroyORVImage(handle)
             loaded.close()
             return pictures
 

@@ -11,13 +11,10 @@ import re
 import subprocess
 import sys
 
-NAMES = {
-    "SetORVCallBack", "ConvertORVImage", "DestroyORVImage", "GetORVImageInfo",
-    "GetORVImageData", "ORVFastRestoration", "ORVFastDenoiser", "ORVIFAosBarashOp",
-    "ORVIFVanVieltBlurringIirOp", "ORVIHomomorphicOp", "ORVRetinex", "ORVIShockOp",
-    "ORVISusanRestoration", "ORVWaveletDenoising", "ORVISimpleColorTranfer",
-    "ORVIColorToGreyTranfertOp",
-}
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "abi"))
+
+from check_symbols import NAMES  # noqa: E402
+
 # Part of every Windows.
 SYSTEM = {"kernel32.dll", "msvcrt.dll"}
 FORMATS = {"x86_64": "pei-x86-64", "i686": "pei-i386"}

@@ -105,10 +105,10 @@ def run_all(library, bitmaps, first_results):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("library")
+    parser.add_argument("shared_object", metavar="LIBRARY")
     parser.add_argument("folder", help="where dib_host wrote its pictures")
     arguments = parser.parse_args()
-    library = load(os.path.abspath(arguments.library))
+    library = load(os.path.abspath(arguments.shared_object))
     bitmaps = {name: Bitmap(os.path.join(arguments.folder, name + ".bmp"))
                for name in ("photo", "greys")}
     restored = Bitmap(os.path.join(arguments.folder, "restored.bmp"))
