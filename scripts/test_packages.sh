@@ -9,9 +9,11 @@
 set -uo pipefail
 
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$orv_root/scripts/counting.sh"
 cd "$orv_root" || exit 1
 orv_need "${orv_run_packages[@]}" dpkg-dev file xz-utils lintian debootstrap
 
+area=packages
 work="$orv_root/build/packages"
 log="$work/check.log"
 fresh="$work/chroot"
@@ -20,37 +22,8 @@ debs="$orv_root/build/package-check"
 example=examples/c/restore_bmp.c
 photo=examples/photos/chelsea-noisy.png
 orv="$debs/tools/orv/orv"
-passed=0
-failed=0
-skipped=0
 # What a host developer types in the folder of the example.
 compile='cc restore_bmp.c -o restore_bmp $(pkg-config --cflags --libs orv)'
-
-# check NAME COMMAND...: counts it; shows what it said when it failed.
-check() {
-    local name=$1
-    shift
-    if "$@" >"$log" 2>&1 </dev/null; then
-        passed=$((passed + 1))
-        return 0
-    fi
-    failed=$((failed + 1))
-    echo "packages $name: FAILED"
-    tail -n 40 "$log"
-    return 1
-}
-
-# skip NAME REASON
-skip() {
-    skipped=$((skipped + 1))
-    echo "packages $1: skipped, $2"
-}
-
-finish() {
-    echo "$passed passed, $failed failed, $skipped skipped"
-    [ "$failed" -eq 0 ]
-    exit
-}
 
 # Takes the chroot away with whatever is still mounted in it.
 clean() {

@@ -9,52 +9,25 @@
 set -uo pipefail
 
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$orv_root/scripts/counting.sh"
 source "$orv_root/tests/windows/wine.sh"
 cd "$orv_root" || exit 1
 windows_packages=(g++-mingw-w64-x86-64 g++-mingw-w64-i686 wine wine64 debootstrap)
-passed=0
-failed=0
-skipped=0
+area=windows
 stage="$wine_root/stage"
 log="build/log/windows.log"
 version=$(sed -n 's/^project(orv VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 
-# check NAME COMMAND...: each counts as one; quiet when it passes.
-check() {
-    local name=$1
-    shift
-    if "$@" >"$log" 2>&1 </dev/null; then
-        passed=$((passed + 1))
-        return 0
-    fi
-    failed=$((failed + 1))
-    echo "windows $name: FAILED"
-    tail -n 40 "$log"
-    return 1
-}
-
 # cases NAME COMMAND...: a program whose last line is the count of its cases.
 cases() {
-    local name=$1
+    local name=$1 before=$failed
     shift
     "$@" >"$log" 2>&1 </dev/null
-    if [[ $(tail -n 1 "$log") =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed(,\ ([0-9]+)\ skipped)?$ ]]; then
-        passed=$((passed + BASH_REMATCH[1]))
-        failed=$((failed + BASH_REMATCH[2]))
-        skipped=$((skipped + ${BASH_REMATCH[4]:-0}))
-    else
-        failed=$((failed + 1))
-        BASH_REMATCH=(0 0 1)
-    fi
-    if [ "${BASH_REMATCH[2]}" -ne 0 ]; then
-        echo "windows $name: FAILED"
+    add_count "$(tail -n 1 "$log")" || failed=$((failed + 1))
+    if [ "$failed" -gt "$before" ]; then
+        echo "$area $name: FAILED"
         tail -n 60 "$log"
     fi
-}
-
-skip() {
-    skipped=$((skipped + 1))
-    echo "windows $1: skipped: $2"
 }
 
 machine_of() {
@@ -257,5 +230,4 @@ else
 fi
 run_all mingw32 wine32_run "$wine32_lack" generic
 
-echo "$passed passed, $failed failed, $skipped skipped"
-[ "$failed" -eq 0 ]
+finish
